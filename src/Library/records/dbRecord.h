@@ -1,0 +1,132 @@
+// What all records of a job have in common.
+// Identity, the head of the stored form, the virtual operations, the types and the factory. Leans
+// on dbField, buffer and clock.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "Kernel/clock.h"
+#include "Library/base/buffer.h"
+#include "Library/records/dbField.h"
+#include "Library/records/dbFeatures.h"
+#include "Library/records/dbType.h"
+
+namespace clxml {
+
+class db_BoolAction;
+class db_Measurement;
+
+/// The form in which a position is given (0 to 19); its names stand with the enumerations.
+enum coord_Type : int16_t;
+
+/// Base of all 138 record classes: plain values, copied deeply.
+class dbRecord_Class {
+ public:
+  DBID RecordId;                    ///< place in the job; NODBID until it is stored
+  double TimeStamp = clock_Now ();  ///< when it was made, seconds since 1980 local; may be null
+  Str Note;                         ///< its note; lines are separated by "\r\n"
+
+  dbRecord_Class () = default;
+  dbRecord_Class (const dbRecord_Class&) = default;
+  dbRecord_Class& operator= (const dbRecord_Class&) = default;
+  virtual ~dbRecord_Class () = default;
+
+  virtual database_RecordType GetType () const = 0;
+  /// The name a user knows the record by; empty for most.
+  virtual const char* GetName () const { return ""; }
+  virtual bool IsMeasurement () const { return false; }
+  /// Marked deleted.
+  virtual bool IsDeleted () const { return false; }
+  /// A setting that carries over between jobs.
+  virtual bool IsPersisted () const;
+  /// A setting that a job must have.
+  virtual bool IsStoredInNewJob () const;
+  /// A change in this record changes computed positions.
+  virtual bool AffectsPositions () const;
+  /// A new record that combines this job's setting with the defaults, or null.
+  virtual std::unique_ptr<dbRecord_Class> MergeDefaults (const dbRecord_Class& defaults) const;
+  /// The same values in the fields of the class itself; identity, time and note do not count.
+  /// Asserts "this->GetType() == record.GetType ()" and is false for another type.
+  virtual bool IsEqual (const dbRecord_Class& record) const;
+  /// Appends the body: head and fields.
+  virtual void Save (OutBuffer& buffer) const;
+  /// Reads the body at byteOffset and moves it behind. False when the body has another type
+  /// (asserted), ends too early or holds a count that its bytes cannot; nothing outside the
+  /// buffer is touched and nothing is allocated by an unchecked number.
+  virtual bool Load (const Buffer& buffer, int& byteOffset);
+  /// Takes a deleted mark; asserts for a record that has none.
+  virtual void ApplyBoolAction (const db_BoolAction& action);
+  /// Takes a new reference; asserts for a record that has none.
+  virtual void SetReference (DBID id);
+
+  /// Visits the fields behind the head, in file order.
+  virtual void Fields (FieldVisitor& v) = 0;
+  /// The same for a visitor that only looks.
+  void Look (FieldVisitor& v) const { const_cast<dbRecord_Class*> (this)->Fields (v); }
+
+  /// Splits Note: "\r\n" and "\n\r" count as one line end, a single "\n" as another; an empty
+  /// tail gives no line.
+  void GetNoteLines (StrArray& lines) const;
+};
+
+/// Base of db_Observation, db_Line and db_Arc.
+class dbRecordWithFeatures_Class : public dbRecord_Class {
+ public:
+  FeatureArray Features;
+  Str Description1;
+  Str Description2;
+
+  void Save (OutBuffer& buffer) const override;
+  bool Load (const Buffer& buffer, int& byteOffset) override;
+  /// Takes every property but RecordId, in place; asserts the same type.
+  virtual void CopyFrom (const dbRecord_Class& other) = 0;
+
+  const FeatureArray& GetFeatures () const { return Features; }
+  void SetFeatures (std::string_view text, bool splitNumbers) {
+    Features.Parse (text, splitNumbers);
+  }
+  void MergeFeatures (std::string_view text, bool splitNumbers) {
+    Features.MergeFrom (text, splitNumbers);
+  }
+  void ClearFeatures () { Features = FeatureArray (); }
+};
+
+/// Position data that hangs off an observation.
+class db_Measurement : public dbRecord_Class {
+ public:
+  bool IsMeasurement () const final { return true; }
+  /// The form of its position.
+  virtual coord_Type GetCoordType () const = 0;
+};
+
+/// What every class has by its number: `class db_Note final : public RecordOf<db_Note,
+/// DATABASE_NoteRecord>`.
+template <class T, database_RecordType number, class Base = dbRecord_Class>
+class RecordOf : public Base {
+ public:
+  static constexpr database_RecordType Number = number;
+  database_RecordType GetType () const final { return number; }
+  /// The record as a T, or null when it is null or of another type.
+  static T* From (dbRecord_Class* record) {
+    return record && record->GetType () == number ? static_cast<T*> (record) : nullptr;
+  }
+  static const T* From (const dbRecord_Class* record) {
+    return record && record->GetType () == number ? static_cast<const T*> (record) : nullptr;
+  }
+};
+
+/// The name of the class of that number ("db_Observation"); empty outside 0 to 137.
+const char* ClassName (int type) noexcept;
+/// An empty record of that type; null outside 0 to 137.
+std::unique_ptr<dbRecord_Class> CreateRecord (int type);
+/// Copies all fields, identity and time included. Asserts "Source.GetType () == Dest.GetType()"
+/// and does nothing between different types.
+void CopyRecord (const dbRecord_Class& source, dbRecord_Class& dest);
+/// A copy of the record.
+std::unique_ptr<dbRecord_Class> CloneRecord (const dbRecord_Class& record);
+/// Decodes a whole body: peeks the type, makes the record, loads it. Null when the type is
+/// unknown or the body does not load.
+std::unique_ptr<dbRecord_Class> LoadRecord (const Buffer& buffer, int& byteOffset);
+
+}  // namespace clxml
