@@ -87,8 +87,9 @@ class db_PointClassification {
 /// fields checks all it reads; one that only looks never writes back.
 class FieldVisitor {
  public:
-  /// How the number of entries of a list is stored.
-  enum class CountForm { I16, U16, I32, U32 };
+  /// How the number of entries of a list is stored; Before: as a field of its own that was visited
+  /// before, and is what BeginList is given.
+  enum class CountForm { I16, U16, I32, U32, Before };
 
   virtual ~FieldVisitor () = default;
   virtual void U8 (const char* name, uint8_t& value) = 0;
