@@ -13,6 +13,8 @@
 
 namespace clxml {
 
+class BodyReader;
+
 /// The longest feature code in bytes.
 inline constexpr int DBTYPE_CodeSize = 42;
 /// A record holds fewer features than this.
@@ -33,9 +35,9 @@ enum AttributeType : uint16_t {
 struct Attribute {
   uint16_t Type = ATTRIBUTE_Separator;
   Str Name;
-  double Number = 0.0;     ///< of numbers, dates and times; may be null
-  Str Text;                ///< of texts, menus and files
-  uint16_t MenuIndex = 0;  ///< the chosen entry of a menu
+  double Number = 0.0;            ///< of numbers, dates and times; may be null
+  Str Text;                       ///< of texts, menus and files
+  uint16_t MenuIndex = 0;         ///< the chosen entry of a menu
   std::array<uint8_t, 8> Mark{};  ///< not stored
 
   /// By type, name, number, text and menu index.
@@ -128,6 +130,8 @@ class FeatureArray {
   /// False, with what was read so far, when the bytes end too early, a count does not fit them,
   /// or there are 100 features or more (asserts "NumFeatures < 100").
   bool Load (const Buffer& buffer, int& byteOffset);
+  /// The same within a body that is being read.
+  bool Load (BodyReader& reader);
   /// All features of this array, which is empty afterwards.
   FeatureArray Take ();
 
@@ -135,8 +139,14 @@ class FeatureArray {
   std::vector<Feature> Features;
 };
 
-/// Takes the next code off the front of a feature text; false when there is none, or when the text
-/// has more than DBTYPE_CodeSize bytes.
+/// Takes the next code off the front of a feature text, and the blanks behind it. A code ends at a
+/// blank, a zero byte or a minus sign that is the last byte of the text, which stays in it. False,
+/// with both as they were, when the text is empty, has more than DBTYPE_CodeSize bytes or does not
+/// start with a code.
 bool NextCode (std::string_view& text, Str& code);
+/// Splits a code into base code and suffix: the suffix is what follows its first blank, or else the
+/// run of digits at its end ("FENCE12": "FENCE", "12"), in which the middle dot U+00B7 counts as a
+/// digit. A code that is nothing but suffix stays whole, without a suffix.
+void SplitCode (std::string_view whole, Str& code, Str& suffix);
 
 }  // namespace clxml

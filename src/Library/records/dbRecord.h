@@ -8,8 +8,8 @@
 
 #include "Kernel/clock.h"
 #include "Library/base/buffer.h"
-#include "Library/records/dbField.h"
 #include "Library/records/dbFeatures.h"
+#include "Library/records/dbField.h"
 #include "Library/records/dbType.h"
 
 namespace clxml {
@@ -27,9 +27,6 @@ class dbRecord_Class {
   double TimeStamp = clock_Now ();  ///< when it was made, seconds since 1980 local; may be null
   Str Note;                         ///< its note; lines are separated by "\r\n"
 
-  dbRecord_Class () = default;
-  dbRecord_Class (const dbRecord_Class&) = default;
-  dbRecord_Class& operator= (const dbRecord_Class&) = default;
   virtual ~dbRecord_Class () = default;
 
   virtual database_RecordType GetType () const = 0;
@@ -46,8 +43,9 @@ class dbRecord_Class {
   virtual bool AffectsPositions () const;
   /// A new record that combines this job's setting with the defaults, or null.
   virtual std::unique_ptr<dbRecord_Class> MergeDefaults (const dbRecord_Class& defaults) const;
-  /// The same values in the fields of the class itself; identity, time and note do not count.
-  /// Asserts "this->GetType() == record.GetType ()" and is false for another type.
+  /// The same values in all fields behind the head; identity, time and note do not count. Numbers
+  /// compare by value: two nulls are equal, and so are two NaNs, since both say the same. Asserts
+  /// "this->GetType() == record.GetType ()" and is false for another type.
   virtual bool IsEqual (const dbRecord_Class& record) const;
   /// Appends the body: head and fields.
   virtual void Save (OutBuffer& buffer) const;
@@ -65,9 +63,18 @@ class dbRecord_Class {
   /// The same for a visitor that only looks.
   void Look (FieldVisitor& v) const { const_cast<dbRecord_Class*> (this)->Fields (v); }
 
-  /// Splits Note: "\r\n" and "\n\r" count as one line end, a single "\n" as another; an empty
-  /// tail gives no line.
+  /// Takes all of another record of the same type, identity included (CopyRecord); asserts
+  /// "this->GetType() == other.GetType()" and does nothing for another type.
+  void Assign (const dbRecord_Class& other);
+  /// Replaces the list by the lines of Note: "\r\n" and "\n\r" count as one line end, a single
+  /// "\n" as another; an empty tail gives no line.
   void GetNoteLines (StrArray& lines) const;
+
+ protected:
+  // Copying is for the classes themselves: through a base it would lose their fields.
+  dbRecord_Class () = default;
+  dbRecord_Class (const dbRecord_Class&) = default;
+  dbRecord_Class& operator= (const dbRecord_Class&) = default;
 };
 
 /// Base of db_Observation, db_Line and db_Arc.
@@ -77,10 +84,17 @@ class dbRecordWithFeatures_Class : public dbRecord_Class {
   Str Description1;
   Str Description2;
 
+  bool IsEqual (const dbRecord_Class& record) const override;
   void Save (OutBuffer& buffer) const override;
   bool Load (const Buffer& buffer, int& byteOffset) override;
-  /// Takes every property but RecordId, in place; asserts the same type.
-  virtual void CopyFrom (const dbRecord_Class& other) = 0;
+  /// Appends what stands in front of the fields: the head of all records, then feature codes and
+  /// descriptions.
+  virtual void SaveHead (OutBuffer& buffer) const;
+  /// Reads the same; fails as Load does.
+  virtual bool LoadHead (const Buffer& buffer, int& byteOffset);
+  /// Takes every property but RecordId, in place, the time stamp included. Asserts
+  /// "Source.GetType () == Dest.GetType()" and does nothing for another type.
+  virtual void CopyFrom (const dbRecord_Class& other);
 
   const FeatureArray& GetFeatures () const { return Features; }
   void SetFeatures (std::string_view text, bool splitNumbers) {
@@ -126,7 +140,8 @@ void CopyRecord (const dbRecord_Class& source, dbRecord_Class& dest);
 /// A copy of the record.
 std::unique_ptr<dbRecord_Class> CloneRecord (const dbRecord_Class& record);
 /// Decodes a whole body: peeks the type, makes the record, loads it. Null when the type is
-/// unknown or the body does not load.
+/// unknown or the body does not load. A loop over many bodies should keep a clock_Hold of its own,
+/// so that the clock is asked for once and not per record.
 std::unique_ptr<dbRecord_Class> LoadRecord (const Buffer& buffer, int& byteOffset);
 
 }  // namespace clxml
