@@ -6,9 +6,12 @@
 #include <atomic>
 #include <compare>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <source_location>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace clxml {
@@ -20,54 +23,97 @@ namespace clxml {
 class Str {
  public:
   /// The empty string; all empty strings made by construction share one buffer.
-  Str () noexcept;
-  Str (const Str& other);
-  Str (Str&& other) noexcept;
+  Str () noexcept : _Pointer (_Empty) {}
+  Str (const Str& other) : _Pointer (_Empty) {
+    if (other._Length > 0) Take (other._Pointer, static_cast<std::size_t> (other._Length));
+  }
+  /// Leaves the empty string behind.
+  Str (Str&& other) noexcept
+      : _Pointer (std::exchange (other._Pointer, _Empty)),
+        _Length (std::exchange (other._Length, 0)),
+        _Capacity (std::exchange (other._Capacity, 0)) {}
   /// A copy of a zero-terminated text; null and "" give the empty string.
-  Str (const char* text);
+  Str (const char* text) : _Pointer (_Empty) {
+    if (text != nullptr && *text != 0) Take (text, std::strlen (text));
+  }
   /// A copy of the bytes of a view up to its end or its first zero byte.
-  explicit Str (std::string_view text);
+  explicit Str (std::string_view text) : _Pointer (_Empty) {
+    if (const std::size_t length = UpToZero (text); length > 0) Take (text.data (), length);
+  }
   /// One character; 0 gives the empty string.
   explicit Str (char character);
   /// Two zero-terminated texts behind each other; either may be null.
   Str (const char* first, const char* second);
-  ~Str ();
+  ~Str () {
+    if (_Capacity > 0) std::free (_Pointer);
+  }
 
-  Str& operator= (const Str& other);
-  Str& operator= (Str&& other) noexcept;
-  Str& operator= (const char* text);
-  Str& operator= (std::string_view text);
+  Str& operator= (const Str& other) {
+    Assign (other._Pointer, static_cast<std::size_t> (other._Length));
+    return *this;
+  }
+  Str& operator= (Str&& other) noexcept {
+    if (this != &other) {
+      if (_Capacity > 0) std::free (_Pointer);
+      _Pointer = std::exchange (other._Pointer, _Empty);
+      _Length = std::exchange (other._Length, 0);
+      _Capacity = std::exchange (other._Capacity, 0);
+    }
+    return *this;
+  }
+  /// Null and "" set the length to 0; a part of the string itself may be what is assigned.
+  Str& operator= (const char* text) {
+    Assign (text, text != nullptr ? std::strlen (text) : 0);
+    return *this;
+  }
+  Str& operator= (std::string_view text) {
+    Assign (text.data (), UpToZero (text));
+    return *this;
+  }
   /// Appends; the string itself, or a part of it, may be what is appended.
-  Str& operator+= (const Str& other);
-  Str& operator+= (const char* text);
-  Str& operator+= (std::string_view text);
+  Str& operator+= (const Str& other) {
+    Append (other._Pointer, static_cast<std::size_t> (other._Length));
+    return *this;
+  }
+  Str& operator+= (const char* text) {
+    if (text != nullptr) Append (text, std::strlen (text));
+    return *this;
+  }
+  Str& operator+= (std::string_view text) {
+    Append (text.data (), UpToZero (text));
+    return *this;
+  }
   /// Appends one character; 0 does nothing.
-  Str& operator+= (char character);
+  Str& operator+= (char character) {
+    if (character != 0) Append (&character, 1);
+    return *this;
+  }
 
   int Length () const noexcept { return _Length; }
   /// The bytes and their terminator; never null.
   const char* Data () const noexcept { return _Pointer; }
-  std::string_view View () const noexcept {
-    return {_Pointer, static_cast<std::size_t> (_Length)};
-  }
-  bool IsEmpty () const noexcept { return _Length == 0; }
+  std::string_view View () const noexcept { return {_Pointer, static_cast<std::size_t> (_Length)}; }
+  bool IsEmpty () const noexcept { return *_Pointer == 0; }
   /// Equal lengths, and bytes that are equal or fold to the same lower-case letter.
   bool EqualInsensitive (const Str& other) const noexcept;
 
   /// Asserts "i < _Length" and "i >= 0"; outside the text it refers to a zero byte of its own.
-  char operator[] (int i) const noexcept;
-  char& operator[] (int i) noexcept;
-  /// Sets one byte; asserts as operator[] and against 0, and then leaves the text as it is.
+  char operator[] (int i) const { return i >= 0 && i < _Length ? _Pointer[i] : Outside (i); }
+  char& operator[] (int i) { return i >= 0 && i < _Length ? _Pointer[i] : Outside (i); }
+  /// Sets one byte; asserts as operator[] and against 0 ("Character"), and then leaves the text as
+  /// it is.
   void SetAt (int i, char character);
-  /// Becomes count copies of character.
+  /// Becomes count copies of character; asserts "Character" and "Count >= 0", and then leaves the
+  /// text as it is.
   void Fill (char character, int count);
-  /// Cuts to length bytes if it is longer.
+  /// Cuts to length bytes if it is longer; a negative length counts as 0.
   void Truncate (int length);
   void MakeLower ();
   /// Changes only the bytes from "a" to "z".
   void MakeUpper ();
 
-  /// First position at or behind start, or Length ().
+  /// First position at or behind start, or Length (); a negative start counts as 0, a null text is
+  /// found nowhere, an empty one at start.
   int Find (char character, int start = 0) const noexcept;
   int Find (const char* text, int start = 0) const noexcept;
   /// Last position, or Length ().
@@ -105,13 +151,62 @@ class Str {
   }
 
  private:
-  void Assign (std::string_view text);
-  void Append (std::string_view text);
-  void Grow (int64_t capacity);
+  // The bytes of a view in front of its first zero byte.
+  static std::size_t UpToZero (std::string_view text) noexcept {
+    if (text.empty ()) return 0;
+    const void* zero = std::memchr (text.data (), 0, text.size ());
+    return zero == nullptr
+               ? text.size ()
+               : static_cast<std::size_t> (static_cast<const char*> (zero) - text.data ());
+  }
+  // Makes the string from length bytes, at least one; it holds the shared buffer before.
+  void Take (const char* text, std::size_t length) {
+    char* buffer =
+        length <= MaximumLength ? static_cast<char*> (std::malloc (length + 1)) : nullptr;
+    if (buffer == nullptr) [[unlikely]]
+      NoRoom (length);
+    std::memcpy (buffer, text, length);
+    buffer[length] = 0;
+    _Pointer = buffer;
+    _Length = _Capacity = static_cast<int32_t> (length);
+  }
+  // The bytes may be a part of the string itself, which then fits without a new buffer.
+  void Assign (const char* text, std::size_t length) {
+    if (length > static_cast<std::size_t> (_Capacity)) {
+      Str made;
+      made.Take (text, length);
+      *this = std::move (made);
+    } else if (length > 0 || _Length > 0) {
+      if (length > 0) std::memmove (_Pointer, text, length);
+      _Pointer[length] = 0;
+      _Length = static_cast<int32_t> (length);
+    }
+  }
+  void Append (const char* text, std::size_t length) {
+    if (length == 0) return;
+    if (length > static_cast<std::size_t> (_Capacity - _Length)) {
+      GrowAndAppend (text, length);
+      return;
+    }
+    std::memcpy (_Pointer + _Length, text, length);
+    _Length += static_cast<int32_t> (length);
+    _Pointer[_Length] = 0;
+  }
+  // Room for capacity bytes and the terminator.
+  void Reserve (std::size_t capacity);
+  void GrowAndAppend (const char* text, std::size_t length);
+  // Asserts, and gives a zero byte that belongs to no text.
+  char& Outside (int i) const;
+  // Throws: a Str when the length is beyond the limit, std::bad_alloc when it is not.
+  [[noreturn]] static void NoRoom (std::size_t length);
 
-  char* _Pointer;          // the shared empty buffer, or _Capacity + 1 bytes on the heap
-  int32_t _Length = 0;
-  int32_t _Capacity = 0;   // 0 with the shared buffer
+  static constexpr std::size_t MaximumLength = 0x7FFFFFFE;
+  // Shared by all empty strings; only zeros are written to it.
+  static inline constinit char _Empty[1] = {0};
+
+  char* _Pointer;         // the shared empty buffer, or _Capacity + 1 bytes on the heap
+  int32_t _Length = 0;    // bytes before the terminator
+  int32_t _Capacity = 0;  // 0 with the shared buffer only
 };
 
 Str operator+ (const Str& a, const Str& b);
@@ -125,9 +220,10 @@ class StrArray {
  public:
   StrArray () = default;
   StrArray (const StrArray& other);
-  StrArray (StrArray&& other) noexcept = default;
+  StrArray (StrArray&& other) noexcept
+      : _Array (std::move (other._Array)), _Allocated (std::exchange (other._Allocated, 0)) {}
   StrArray& operator= (const StrArray& other);
-  StrArray& operator= (StrArray&& other) noexcept = default;
+  StrArray& operator= (StrArray&& other) noexcept;
   virtual ~StrArray () = default;
 
   /// Makes room for n elements: n + 16 slots when n is above what is allocated.
@@ -142,7 +238,7 @@ class StrArray {
   const Str& operator[] (int index) const;
   Str GetAt (int index) const { return (*this)[index]; }
   int Count () const noexcept { return static_cast<int> (_Array.size ()); }
-  /// Slots allocated.
+  /// Slots allocated, as Reserve counts them.
   int Allocated () const noexcept { return _Allocated; }
   /// First index with the same bytes, or -1.
   int Find (const Str& text) const noexcept;
@@ -150,6 +246,7 @@ class StrArray {
   friend bool operator== (const StrArray& a, const StrArray& b) noexcept;
 
  private:
+  // The vector's own capacity grows by a factor, so that a million additions stay linear.
   std::vector<std::unique_ptr<Str>> _Array;
   int _Allocated = 0;
 };
@@ -185,12 +282,14 @@ class Environment {
   ~Environment () = default;
 };
 
+/// Hands a failed assertion to the Environment; Assert calls it.
+void AssertionFailed (const char* text, const std::source_location& where);
+
 /// Reports a programming fault with the given text when the condition is false; answers the
 /// condition, so that a caller whose memory depends on it can turn back:
 /// `if (!Assert (i < n, "i < n")) return;`. Going on is the default: it is no guard by itself.
 inline bool Assert (bool condition, const char* text,
                     const std::source_location& where = std::source_location::current ()) {
-  void AssertionFailed (const char* text, const std::source_location& where);
   if (!condition) [[unlikely]]
     AssertionFailed (text, where);
   return condition;

@@ -20,20 +20,37 @@ enum ENDIAN : int32_t {
   ENDIAN_Undefined = 2,  ///< none chosen; no typed access is allowed
 };
 
-/// A filled region of bytes that is read by offset. Every read asserts that it stays within the
-/// data; one that does not leaves the offset where it was and gives 0 or the empty string, and
+/// A number of native order from or to the given order.
+template <class T>
+constexpr T buffer_Ordered (T value, ENDIAN endian) noexcept {
+  if ((endian == ENDIAN_Big) == (std::endian::native == std::endian::big)) return value;
+  T reversed = 0;
+  for (std::size_t i = 0; i < sizeof (T); i++)
+    reversed =
+        static_cast<T> (reversed | ((value >> (8 * i)) & 0xFF) << (8 * (sizeof (T) - 1 - i)));
+  return reversed;
+}
+
+/// A filled region of bytes that is read by offset. Numbers assert that a byte order was chosen
+/// ("data_Endian != ENDIAN_Undefined") and go on as ENDIAN_Little; texts and raw bytes have none.
+/// Assignment takes the whole value, byte order included. Every read asserts that it stays within
+/// the data; one that does not leaves the offset where it was and gives 0 or the empty string, and
 /// touches nothing outside the region.
 class Buffer {
  public:
   explicit Buffer (ENDIAN endian) noexcept : data_Endian (endian) {}
+  /// length bytes, undefined.
   Buffer (int length, ENDIAN endian);
+  /// A copy of length bytes.
   Buffer (int length, ENDIAN endian, const void* source);
   Buffer (const Buffer& other);
-  Buffer (Buffer&& other) noexcept = default;
+  /// Leaves an empty buffer behind.
+  Buffer (Buffer&& other) noexcept;
   Buffer& operator= (const Buffer& other);
-  Buffer& operator= (Buffer&& other) noexcept = default;
+  Buffer& operator= (Buffer&& other) noexcept;
 
-  /// Drops the contents and holds n bytes, undefined; asserts "n > 0".
+  /// Drops the contents and holds n bytes, undefined, with the cursor at 0; storage that is large
+  /// enough is kept. Asserts "n > 0", and is empty otherwise.
   void Resize (int n);
   /// Cuts the data to n bytes if there are more; the storage stays.
   void Limit (int n) noexcept;
@@ -43,22 +60,39 @@ class Buffer {
   ENDIAN Endian () const noexcept { return data_Endian; }
   bool AtEnd (int offset) const noexcept { return offset >= _DataLength; }
 
-  uint8_t GetUInt8 (int& offset) const;
-  bool GetBool (int& offset) const;
-  uint16_t GetUInt16 (int& offset) const;
-  int16_t GetInt16 (int& offset) const;
+  uint8_t GetUInt8 (int& offset) const {
+    return Get<uint8_t> (offset, "(Offset + 1) <= _DataLength");
+  }
+  bool GetBool (int& offset) const { return GetUInt8 (offset) != 0; }
+  uint16_t GetUInt16 (int& offset) const {
+    return Get<uint16_t> (offset, "(Offset + 2) <= _DataLength");
+  }
+  int16_t GetInt16 (int& offset) const { return static_cast<int16_t> (GetUInt16 (offset)); }
+  /// The top byte of the result is 0.
   uint32_t GetUInt24 (int& offset) const;
-  uint32_t GetUInt32 (int& offset) const;
-  int32_t GetInt32 (int& offset) const;
-  int64_t GetInt64 (int& offset) const;
-  float GetFloat (int& offset) const;
-  double GetDouble (int& offset) const;
+  uint32_t GetUInt32 (int& offset) const {
+    return Get<uint32_t> (offset, "(Offset + 4) <= _DataLength");
+  }
+  int32_t GetInt32 (int& offset) const { return static_cast<int32_t> (GetUInt32 (offset)); }
+  int64_t GetInt64 (int& offset) const {
+    return static_cast<int64_t> (Get<uint64_t> (offset, "(Offset + 8) <= _DataLength"));
+  }
+  float GetFloat (int& offset) const {
+    return std::bit_cast<float> (
+        Get<uint32_t> (offset, "(Offset + (int) sizeof (float)) <= _DataLength"));
+  }
+  double GetDouble (int& offset) const {
+    return std::bit_cast<double> (
+        Get<uint64_t> (offset, "(Offset + (int) sizeof (double)) <= _DataLength"));
+  }
   /// Up to the first zero byte; the offset moves past it. Without a zero byte asserts
-  /// "Offset <= _DataLength" and takes what there is.
+  /// "Offset <= _DataLength", takes what there is and moves the offset to the end.
   Str GetString (int& offset) const;
-  /// The n bytes at the offset, cut at the first zero byte; the offset moves by n.
+  /// The n bytes at the offset, cut at the first zero byte; the offset moves by n. Asserts
+  /// "Offset + n <= _DataLength".
   Str GetString (int& offset, int n) const;
-  /// Copies n bytes; a null destination only moves the offset.
+  /// Copies n bytes; a null destination only moves the offset. Asserts
+  /// "Offset + n <= _DataLength".
   void GetBytes (void* destination, int& offset, int n) const;
 
   // The stream forms read at the cursor, which every construction, resize or assignment sets to 0.
@@ -78,12 +112,24 @@ class Buffer {
   int GetReadPosition () const noexcept { return _ReadPosition; }
   void SetReadPosition (int n) noexcept { _ReadPosition = n; }
 
-  /// The bytes of a equal as many bytes of b; the lengths are not compared.
+  /// The bytes of a equal as many bytes of b; the lengths are not compared, but b must have as
+  /// many.
   friend bool operator== (const Buffer& a, const Buffer& b) noexcept;
 
  private:
   template <class T>
-  T Get (int& offset, const char* condition) const;
+  T Get (int& offset, const char* condition) const {
+    constexpr int width = sizeof (T);
+    if (data_Endian >= ENDIAN_Undefined || offset < 0 || offset > _DataLength - width) [[unlikely]]
+      if (!MayRead (offset, width, condition)) return 0;
+    T value;
+    std::memcpy (&value, _Buffer.get () + offset, sizeof (T));
+    offset += width;
+    return buffer_Ordered (value, data_Endian);
+  }
+  // Makes the assertions of a typed read; answers whether it stays within the data.
+  bool MayRead (int offset, int n, const char* condition) const;
+  // The same for raw bytes.
   bool Has (int offset, int n, const char* condition) const;
 
   ENDIAN data_Endian;
@@ -93,39 +139,50 @@ class Buffer {
   int32_t _ReadPosition = 0;
 };
 
-/// A region that grows as values are appended. Capacities are 256 times a power of 8. Growing
-/// beyond 2 GiB throws a Str.
+/// A region that grows as values are appended. Capacities are 256 times a power of 8, held to
+/// 2147483647; growing beyond that throws a Str and leaves the contents as they were. Numbers
+/// assert that a byte order was chosen and go on as ENDIAN_Little. Copies and assignments compute
+/// their capacity from the data's length and take the byte order with them.
 class OutBuffer {
  public:
   explicit OutBuffer (ENDIAN endian) noexcept : data_Endian (endian) {}
+  /// Empty, with room for reserve bytes; asserts "n > 0".
   OutBuffer (int reserve, ENDIAN endian);
   OutBuffer (const OutBuffer& other);
-  OutBuffer (OutBuffer&& other) noexcept = default;
+  /// Leaves an empty buffer without storage behind.
+  OutBuffer (OutBuffer&& other) noexcept;
   OutBuffer& operator= (const OutBuffer& other);
-  OutBuffer& operator= (OutBuffer&& other) noexcept = default;
+  OutBuffer& operator= (OutBuffer&& other) noexcept;
 
-  void PutUInt8 (uint8_t value) { *Room (1) = value; }
-  void PutInt8 (int8_t value) { *Room (1) = static_cast<uint8_t> (value); }
-  void PutBool (bool value) { *Room (1) = value ? 1 : 0; }
+  void PutUInt8 (uint8_t value) { Put (value); }
+  void PutInt8 (int8_t value) { Put (static_cast<uint8_t> (value)); }
+  void PutBool (bool value) { Put (static_cast<uint8_t> (value ? 1 : 0)); }
   void PutUInt16 (uint16_t value) { Put (value); }
   void PutInt16 (int16_t value) { Put (static_cast<uint16_t> (value)); }
   void PutUInt32 (uint32_t value) { Put (value); }
   void PutInt32 (int32_t value) { Put (static_cast<uint32_t> (value)); }
-  void PutInt64 (uint32_t low, uint32_t high) {
-    Put (static_cast<uint64_t> (high) << 32 | low);
-  }
+  void PutInt64 (uint32_t low, uint32_t high) { Put (static_cast<uint64_t> (high) << 32 | low); }
   void PutFloat (float value) { Put (std::bit_cast<uint32_t> (value)); }
   void PutDouble (double value) { Put (std::bit_cast<uint64_t> (value)); }
-  /// The characters and one zero byte.
-  void PutString (const char* text) { PutString (std::string_view (text)); }
-  void PutString (const Str& text) { PutString (text.View ()); }
-  void PutString (std::string_view text);
-  /// The first n characters; a shorter text is filled up with pad. No terminator beyond that.
+  /// The characters up to the first zero byte, and one zero byte; null counts as "".
+  void PutString (const char* text) {
+    PutText (text != nullptr ? std::string_view (text) : std::string_view ());
+  }
+  void PutString (const Str& text) { PutText (text.View ()); }
+  void PutString (std::string_view text) { PutText (text.substr (0, text.find ('\0'))); }
+  /// The first n characters; a shorter text is filled up with pad. No terminator beyond that. A
+  /// negative n asserts "n > 0" and writes nothing.
   void PutString (std::string_view text, int n, char pad);
+  void PutString (const char* text, int n, char pad) {
+    PutString (text != nullptr ? std::string_view (text) : std::string_view (), n, pad);
+  }
+  void PutString (const Str& text, int n, char pad) { PutString (text.View (), n, pad); }
+  /// n raw bytes, which may lie in this buffer. A negative n asserts "n > 0" and writes nothing.
   void PutBytes (const void* source, int n);
   void Append (const OutBuffer& other) { PutBytes (other.Data (), other.Length ()); }
 
-  /// Overwrites; asserts "place < _DataLength", "place + 4 <= _DataLength".
+  /// Overwrites; asserts "place < _DataLength", "place + 4 <= _DataLength", and then writes
+  /// nothing.
   void PutUInt8At (uint8_t value, int place);
   void PutUInt32At (uint32_t value, int place);
 
@@ -144,15 +201,10 @@ class OutBuffer {
   template <class T>
   void Put (T value) {
     Assert (data_Endian != ENDIAN_Undefined, "data_Endian != ENDIAN_Undefined");
-    uint8_t* place = Room (static_cast<int> (sizeof (T)));
-    if (data_Endian != ENDIAN_Big) {
-      for (std::size_t i = 0; i < sizeof (T); i++)
-        place[i] = static_cast<uint8_t> (value >> (8 * i));
-    } else {
-      for (std::size_t i = 0; i < sizeof (T); i++)
-        place[i] = static_cast<uint8_t> (value >> (8 * (sizeof (T) - 1 - i)));
-    }
+    value = buffer_Ordered (value, data_Endian);
+    std::memcpy (Room (static_cast<int> (sizeof (T))), &value, sizeof (T));
   }
+  void PutText (std::string_view text);
   // Where n more bytes go, counted as written.
   uint8_t* Room (int n) {
     if (n > _AllocatedLength - _DataLength) [[unlikely]]
@@ -169,7 +221,7 @@ class OutBuffer {
   std::unique_ptr<uint8_t[]> _Buffer;
 };
 
-/// A copy of the bytes of a string, without terminator, and their number.
+/// A copy of the bytes of a string, without terminator, and their number; never null.
 std::unique_ptr<uint8_t[]> CopyOfBytes (const Str& text, int& length);
 
 }  // namespace clxml
