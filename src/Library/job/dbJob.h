@@ -13,6 +13,9 @@
 namespace clxml {
 
 class JobDatabase;
+class db_Antenna;
+class db_Equipment;
+class db_Target;
 
 /// The index of a job as the job knows it. The index itself lies above this layer and is handed
 /// in; without one, look-ups by name walk the chain.
@@ -34,8 +37,8 @@ class JobIndex {
 /// The persistent default settings: at most one record of each type.
 class DefaultRecords {
  public:
-  /// Replaces the record of the same type by a copy, or appends one; asserts
-  /// "record->IsPersisted()". Its index.
+  /// Replaces the record of the same type by a copy, or appends one; its index. A record that is
+  /// no such setting asserts "record->IsPersisted()", -1.
   int Store (const dbRecord_Class& record);
   /// The stored record of the type, or a new one that is stored first; asserts "def" and
   /// "def->IsPersisted()". Null for a type that is no setting.
@@ -50,6 +53,9 @@ class DefaultRecords {
 };
 
 /// One job. Neither copied nor moved.
+///
+/// Operations that change the job join an open group, or make a group of their own. On a closed job
+/// they assert "_Access" and do nothing.
 class JobDatabase {
  public:
   JobDatabase ();
@@ -57,25 +63,145 @@ class JobDatabase {
   JobDatabase (const JobDatabase&) = delete;
   JobDatabase& operator= (const JobDatabase&) = delete;
 
-  /// Makes a new job file whose first record, DBID 1, is the header with that name (33 bytes,
-  /// cut back to a whole UTF-8 character). False when the file exists or cannot be made.
+  // Opening and closing.
+
+  /// Makes a new job file whose first record, DBID 1, is JobHeader () with that name (33 bytes, cut
+  /// back to a whole UTF-8 character). False when the file exists or cannot be made. Raises a Str
+  /// when the file could be made but not its header; it is gone again then.
   bool Create (const Str& path, const Str& jobName);
-  /// Opens a job; see GetOpenStatus for the reason of a refusal.
+  /// Opens a job; see GetOpenStatus for the reason of a refusal. A damaged job is refused unless
+  /// the callback of SetOnCorruption has it cut behind its last good frame.
   bool Open (const Str& path, bool writable);
   job_OpenStatus GetOpenStatus () const noexcept { return _OpenStatus; }
-  /// Writes waiting notes, closes file and model, forgets the index. Closing twice does nothing.
-  /// False when something could not be written.
+  /// Cancels an open group, writes waiting notes, closes file and model, forgets the index.
+  /// Closing twice does nothing. False when something could not be written.
   bool Close ();
   bool IsOpen () const noexcept { return _Access != nullptr; }
   /// Null when closed.
-  dbAccess* Access () noexcept { return _Access; }
+  dbAccess* Access () const noexcept { return _Access; }
   db_JobHeader& JobHeader () noexcept { return _JobHeader; }
+  DefaultRecords& Defaults () noexcept { return _Defaults; }
+  /// Null without one.
+  JobIndex* Index () const noexcept { return _Index; }
+  /// Makes the index of each job that is created or opened from now on; empty for none.
+  void SetIndexMaker (std::function<std::unique_ptr<JobIndex> ()> maker);
+  /// Called after each commit, when defaults and index know of it.
+  void SetOnCommit (std::function<void (JobDatabase&, const dbTransaction&)> callback);
+  /// Decides whether a damaged job is cut behind its last good frame.
+  void SetOnCorruption (std::function<bool (JobDatabase&)> callback);
+  /// The host links this job to outside data; opening and closing clear the link.
+  void SetExternalLink (bool linked) noexcept { _ExternalLink = linked; }
+  /// Linked, and its file is open.
+  bool IsLinked () const noexcept;
+  /// Shares the index and the open job of another, which must outlive the sharing; owns neither.
+  void AttachCopy (const JobDatabase& other);
+  /// This object shares the job of the other.
+  bool Refers (const JobDatabase& other) const noexcept;
 
-  // ... the operations on records follow
+  // Groups. Level 1 is the only one: a begin inside a group asserts "!InGroup()", an end or cancel
+  // of another level "this->_GroupNestCount == 1", "_GroupNestCount == 1".
+
+  void BeginGroup ();
+  void EndGroup ();
+  void CancelGroup ();
+  bool InGroup () const noexcept { return _Access && _Access->InGroup (); }
+  bool InTransaction () const noexcept { return InGroup (); }
+
+  // Records.
+
+  /// Null when unknown or closed.
+  const dbRecord_Class* GetRecord (DBID id) const noexcept;
+  /// The last record of this type in the job, also from the open group, or else the default record
+  /// of that type. Null for a type that has neither.
+  const dbRecord_Class* GetLatest (int type);
+  /// `job.GetLatest<db_Units> ()`
+  template <class T>
+  const T* GetLatest () {
+    return T::From (GetLatest (T::Number));
+  }
+
+  // The two adding operations raise what dbAccess::AddAction raises; the record gets its DBID.
+
+  DBID AddRecord (dbRecord_Class& record);
+  /// Always in a group of its own (in an open group, a level of its own).
+  DBID AddRecordInGroup (dbRecord_Class& record);
+  /// Deletes the record at id and every one behind it up to and including the next db_EndEntity,
+  /// in one group; the one record when no db_EndEntity comes before the next entity. Notes stay.
+  /// Asserts "recordId != NODBID".
+  void DeleteEntity (DBID id);
+  /// Opens a group, puts all pending notes behind the record's note, one line each, and adds it.
+  /// The group stays open for the records of the entity until EndEntity.
+  DBID AddObservation (dbRecord_Class& record);
+  /// Adds a db_EndEntity, gives its DBID and closes the group.
+  DBID EndEntity ();
+  /// The same, and hides the entity's observation in the index.
+  DBID EndEntityMarked ();
+  /// The id of the record in force when it is the same (IsEqual) and lies behind the last
+  /// db_EndSurveyStyle; otherwise that of the record, which is added.
+  DBID AddTargetIfNew (db_Target& record);
+  DBID AddAntennaIfNew (db_Antenna& record);
+  DBID AddEquipmentIfNew (db_Equipment& record);
+
+  /// Amends id with a db_BoolAction of that value: 0 deletes, 1 restores.
+  void SetBoolean (DBID id, uint8_t value);
+  void SetFeatures (DBID id, const FeatureArray& features);
+  void SetReference (DBID id, DBID value);
+  /// Amends id with any carrier or measurement, in a group of its own.
+  void SetRecord (DBID id, const dbRecord_Class& carrier);
+  /// The note of id anew: the line, then the lines it had, each followed by "\r\n".
+  void AppendToNote (DBID id, const Str& line);
+  /// The note of id anew: the lines, then the lines it had.
+  void PrependToNote (DBID id, const StrArray& lines);
+  /// Lines for the note of the next observation, or a note of their own when the job closes.
+  void AddPendingNotes (const StrArray& lines) { _PendingNotes.Append (lines); }
+  const StrArray& PendingNotes () const noexcept { return _PendingNotes; }
+
+  /// Gives one observation another target: adds newTarget, whose DBID is the result, aims the
+  /// observation at it, and adds the old target again, at which every later observation that used
+  /// it is aimed, so that it keeps its values. Asserts "observation" and "oldTargetPtr", NODBID.
+  DBID ChangeTarget (DBID observationId, db_Target& newTarget);
+  /// The same for an antenna ("oldAntennaPtr").
+  DBID ChangeAntenna (DBID observationId, db_Antenna& newAntenna);
+
+  // Defaults.
+
+  /// Empties the defaults and reads them from a file; true when it was read to its end.
+  bool ReadDefaults (const Str& path);
+  /// Writes the defaults to a file of that name, which is replaced.
+  bool WriteDefaults (const Str& path);
+  /// Every setting of the job goes to the defaults.
+  void SaveSettingsToDefaults ();
+  /// Units, coding, corrections and descriptions: defaults go to the job where it has none or can
+  /// merge them, settings of the job to the defaults. Asserts "!this->InTransaction()".
+  void WriteSettingsToJob ();
+
  private:
+  class JobListener;
+  friend class JobListener;
+
+  void Connect ();
+  void Forget ();
+  DBID Amend (DBID id, const dbRecord_Class& carrier);
+  DBID AddIfNew (dbRecord_Class& record, DBID inForce);
+  DBID FindTarget (const char* name) const;
+  DBID ChangeReferenced (DBID observationId, dbRecord_Class& newRecord,
+                         DBID* (*reference) (dbRecord_Class*), const char* missing);
+  Str NoteOf (DBID id) const;
+
+  std::unique_ptr<JobIndex> _OwnIndex;
+  std::unique_ptr<dbAccess> _OwnAccess;
+  JobIndex* _Index = nullptr;
   dbAccess* _Access = nullptr;
+  bool _IsCopy = false;
   job_OpenStatus _OpenStatus = JOBOPEN_CannotOpen;
   db_JobHeader _JobHeader;
+  std::unique_ptr<JobListener> _Listener;
+  std::function<std::unique_ptr<JobIndex> ()> _IndexMaker;
+  std::function<void (JobDatabase&, const dbTransaction&)> _OnCommit;
+  std::function<bool (JobDatabase&)> _OnCorruption;
+  DefaultRecords _Defaults;
+  bool _ExternalLink = false;
+  StrArray _PendingNotes;
 };
 
 }  // namespace clxml

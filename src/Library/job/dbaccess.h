@@ -25,66 +25,127 @@ enum job_OpenStatus : int32_t {
 class dbListener {
  public:
   virtual ~dbListener () = default;
-  /// The model is already in the new state.
+  /// The model is already in the new state, the journal has nothing yet.
   virtual void OnCommit (const dbTransaction& transaction);
+  /// The model has seen nothing.
   virtual void OnCancel (const dbTransaction& transaction);
 };
 
+/// A job has one writer at a time, the thread that opened the group; every group operation asserts
+/// "Environment::Get()->IsThreadSafe ()". A misuse that is asserted changes nothing.
 class dbAccess {
  public:
-  dbAccess ();
-  /// Asserts that no group is open, "_GroupNestCount == 0" and "_Transactions[i].Empty()".
+  dbAccess () = default;
+  /// Asserts "_GroupNestCount == 0" and "_Transactions[i].Empty()"; closes an open job.
   ~dbAccess ();
   dbAccess (const dbAccess&) = delete;
   dbAccess& operator= (const dbAccess&) = delete;
 
-  /// Creates the journal; false when the file exists or cannot be made.
+  /// Creates the journal; false when the file exists or cannot be made, or when its header cannot
+  /// be written (see Journal ().IsHeaderFailed ()).
   bool Create (const Str& path, const FileHeader& header);
   /// Opens and replays; true also for a job that was replayed up to a hard fault
-  /// (JOBOPEN_Corrupt).
+  /// (JOBOPEN_Corrupt). Opened for reading, the file is not changed in any way.
   bool Open (const Str& path, bool writable);
-  job_OpenStatus GetOpenStatus () const noexcept;
-  bool IsOpen () const noexcept;
+  job_OpenStatus GetOpenStatus () const noexcept { return _OpenStatus; }
+  bool IsOpen () const noexcept { return _Journal.IsOpen (); }
   /// Closes the journal, then clears the model. An open group is cancelled first. False when
-  /// bytes of the journal remained unwritten.
+  /// something did not reach the file. Closing twice does nothing.
   bool Close ();
   /// Writes what waits and asks the medium; false when bytes remain unwritten.
   bool FlushToMedium ();
-  /// Forwards the timed flush to the journal, but not inside a group.
+  /// Forwards the timed flush to the journal, but not inside a group. now in seconds, as
+  /// clock_Elapsed gives them.
   void Tick (double now);
+  /// See dbJournal::CopyTo.
   bool CopyTo (const Str& path);
   /// Cuts the file behind the last good frame; the position, or 0 when the cut failed.
   uint32_t TruncateToLastGood ();
-  dbJournal& Journal () noexcept;
-  const dbModel& Model () const noexcept;
+  dbJournal& Journal () noexcept { return _Journal; }
+  const dbJournal& Journal () const noexcept { return _Journal; }
+  const dbModel& Model () const noexcept { return _Model; }
+  /// The replay met a frame that a manual repair had taken out.
+  bool WasRepaired () const noexcept { return _WasRepaired; }
 
   void BeginGroup ();
+  /// Ends one level; at the outermost level the model applies the actions, the listener hears of
+  /// them, and the journal gets their frames. In single-action mode frames that a flush could not
+  /// write raise a Str, when the group has ended.
   void EndGroup ();
+  /// Drops the group; asserts "_GroupNestCount == 1". Its numbers are given back.
   void CancelGroup ();
-  bool InGroup () const noexcept;
-  /// Queues an action on the current thread's transaction and gives the DBID: the target's for
-  /// Replace and Delete, the next number for every other verb. The record is copied.
-  DBID AddAction (dbModel_Verb verb, DBID target, const dbRecord_Class& record);
-  /// The same with a record that is given away.
+  bool InGroup () const noexcept { return _GroupNestCount > 0; }
+  int32_t GroupNestCount () const noexcept { return _GroupNestCount; }
+
+  /// Queues an action on the current thread's transaction and gives its DBID: the target's for
+  /// Replace and Delete, the next number for Add, Insert and Amend. The record is given away; null
+  /// asserts "record != NULL".
+  ///
+  /// NODBID when the action was refused and nothing was queued: outside a group ("InGroup()"), or
+  /// when its frame would be longer than a journal holds ("length <= JOURNAL_MaxFrame"). In
+  /// single-action mode the latter, and frames that could not be written, raise a Str.
   DBID AddAction (dbModel_Verb verb, DBID target, std::unique_ptr<dbRecord_Class> record);
+  /// The same with a copy; the caller's record gets the DBID.
+  DBID AddAction (dbModel_Verb verb, DBID target, dbRecord_Class& record);
+  /// The same with a copy; the caller's record stays as it is.
+  DBID AddAction (dbModel_Verb verb, DBID target, const dbRecord_Class& record);
+
   /// The record at an id, also a deleted one; null when unknown. Stays valid until the model
   /// retires it.
   const dbRecord_Class* GetRecord (DBID id) const noexcept;
   DBID GetFirstRecordId () const noexcept;
   /// The end of the chain, or the last record added in the open group.
   DBID GetLastRecordId () const noexcept;
+  /// NODBID at the end, and for a deleted or unknown id.
   DBID GetNextRecordId (DBID id) const noexcept;
   DBID GetPreviousRecordId (DBID id) const noexcept;
   DBID GetFirstOfType (database_RecordType type) const noexcept;
   /// The last record of the type queued in the open group, else the last in the model.
   DBID GetLastOfType (database_RecordType type) const noexcept;
+  /// The record that GetLastOfType names, null for none. One of the open group stays valid until
+  /// the group ends.
+  const dbRecord_Class* GetLatestRecord (database_RecordType type) const noexcept;
+
   /// Not owned; null for none.
-  void SetListener (dbListener* listener) noexcept;
+  void SetListener (dbListener* listener) noexcept { _Listener = listener; }
   /// Bulk import: each action is a transaction of its own unless a group is open, the listener
   /// is silent, and flushes write without asking the medium until closing.
   void SetSingleActionMode ();
+  bool IsSingleActionMode () const noexcept { return _SingleActionMode; }
+  /// Frees superseded records. For a caller that changes many records in a row and holds none of
+  /// them at this moment.
+  void ReleaseRetired () { _Model.ReleaseRetired (); }
 
  private:
+  /// What one thread has queued: the actions, and their frames as the journal will get them.
+  struct Queue {
+    dbTransaction Transaction;
+    OutBuffer Frames{ENDIAN_Little};
+    DBID LastAdded;
+    void Clear ();
+  };
+  static constexpr int ThreadCount = 30;
+
+  Queue* CurrentQueue () const;
+  const dbModel_Action* LatestAction (database_RecordType type) const noexcept;
+  DBID AddLone (dbModel_Verb verb, DBID target, std::unique_ptr<dbRecord_Class> record);
+  bool AppendFrame (OutBuffer& frames, const dbModel_Action& action);
+  void EndOfGroup () noexcept;
+  bool Replay ();
+  void ApplyReplayed (dbTransaction& transaction);
+
+  dbModel _Model;
+  dbJournal _Journal;
+  bool _SingleActionMode = false;
+  bool _WasRepaired = false;
+  int32_t _GroupNestCount = 0;
+  DBID _SavedNextDBID;
+  int32_t _GroupStartThread = -1;
+  job_OpenStatus _OpenStatus = JOBOPEN_CannotOpen;
+  dbListener* _Listener = nullptr;
+  mutable std::array<std::unique_ptr<Queue>, ThreadCount> _Transactions;  // made on first use
+  dbModel_Action _Lone;  // of single-action mode, used again and again
+  OutBuffer _LoneFrame{ENDIAN_Little};
 };
 
 }  // namespace clxml

@@ -24,6 +24,12 @@ enum dbModel_Verb : uint32_t {
   DBACTION_None = 10807,
 };
 
+/// Add, Insert and Amend take a DBID of their own; Replace and Delete have that of their target,
+/// Foreign has none.
+constexpr bool TakesNumber (dbModel_Verb verb) noexcept {
+  return verb == DBACTION_Add || verb == DBACTION_Insert || verb == DBACTION_Amend;
+}
+
 /// Bits of an action's flags.
 enum : uint32_t {
   ACTION_TransactionStart = 1,
@@ -40,7 +46,7 @@ class dbModel_Action {
 
   uint32_t Flags = 0;
   dbModel_Verb Type = DBACTION_None;
-  DBID Target;
+  DBID Target;  ///< NODBID for an add
   std::unique_ptr<dbRecord_Class> DBRecord;
   std::unique_ptr<dbModel_Action> Next;
 };
@@ -51,12 +57,14 @@ class dbTransaction {
   dbTransaction () = default;
   dbTransaction (const dbTransaction&) = delete;
   dbTransaction& operator= (const dbTransaction&) = delete;
-  virtual ~dbTransaction () { Clear (); }
+  virtual ~dbTransaction ();
 
-  /// Appends and takes ownership.
+  /// Appends and takes ownership; null does nothing.
   void Add (std::unique_ptr<dbModel_Action> action);
-  /// Deletes all actions, without recursion.
+  /// Deletes all actions, without recursion; a few empty ones are kept for NewAction.
   void Clear ();
+  /// An empty action for Add: one that Clear kept, or a new one.
+  std::unique_ptr<dbModel_Action> NewAction ();
   bool IsEmpty () const noexcept { return _FirstAction == nullptr; }
   dbModel_Action* First () const noexcept { return _FirstAction.get (); }
   dbModel_Action* Last () const noexcept { return _LastAction; }
@@ -69,7 +77,134 @@ class dbTransaction {
  private:
   std::unique_ptr<dbModel_Action> _FirstAction;
   dbModel_Action* _LastAction = nullptr;
+  std::unique_ptr<dbModel_Action> _Spare;
+  int _SpareCount = 0;
 };
 
+/// One place on the chain and the record that stands there.
+struct dbModel_Node {
+  dbModel_Node* ChainForward = nullptr;  ///< towards the back
+  dbModel_Node* ChainBack = nullptr;     ///< towards the front; itself once it left the chain
+  std::unique_ptr<dbRecord_Class> DBRecord;
+  /// Deleted: reachable by its DBID, without neighbours.
+  bool IsOffChain () const noexcept { return ChainBack == this; }
+};
+
+/// The chain: its two ends. Neighbours that do not point at each other are asserted.
+class dbModel_Thread {
+ public:
+  dbModel_Thread () = default;
+  dbModel_Thread (const dbModel_Thread&) = delete;
+  dbModel_Thread& operator= (const dbModel_Thread&) = delete;
+  /// Asserts "_FrontPointer == NULL" and "_BackPointer == NULL".
+  virtual ~dbModel_Thread ();
+
+  dbModel_Node* Front () const noexcept { return _FrontPointer; }
+  dbModel_Node* Back () const noexcept { return _BackPointer; }
+  void Append (dbModel_Node& node) noexcept;
+  void InsertInFront (dbModel_Node& target, dbModel_Node& node) noexcept;
+  void Unlink (dbModel_Node& node) noexcept;
+  void Forget () noexcept { _FrontPointer = _BackPointer = nullptr; }
+
+ private:
+  dbModel_Node* _FrontPointer = nullptr;
+  dbModel_Node* _BackPointer = nullptr;
+};
+
+/// What the model does with an action's record, and whom it blames when an action does not fit.
+enum class ApplyMode {
+  Copy,    ///< the action keeps its record; a bad action is asserted and logged
+  Take,    ///< the record may move into the model; a bad action is asserted and logged
+  Replay,  ///< the record may move into the model; a bad action comes from a file and is logged
+};
+
+/// The records of a job. A record is changed only by Apply. Pointers to nodes and records stay
+/// valid until ReleaseRetired (a superseded record) or Clear (any other).
+class dbModel {
+ public:
+  /// DBIDs of one block of the look-up table.
+  static constexpr uint32_t BlockSize = 1018;
+  struct TypeEntry {
+    DBID First, Last;   ///< the first and the last record of the type on the chain
+    int32_t Count = 0;  ///< how many were added
+  };
+
+  dbModel () = default;
+  dbModel (const dbModel&) = delete;
+  dbModel& operator= (const dbModel&) = delete;
+  /// Asserts "_MainThread._FrontPointer == NULL".
+  virtual ~dbModel ();
+
+  /// The node of a record, also of a deleted one; null for NODBID and an unknown id. Two array
+  /// accesses.
+  dbModel_Node* Lookup (DBID id) const noexcept {
+    const uint32_t block = id.value / BlockSize;
+    if (block >= _Blocks.size () || !_Blocks[block]) return nullptr;
+    return (*_Blocks[block])[id.value % BlockSize];
+  }
+  const dbModel_Thread& MainThread () const noexcept { return _MainThread; }
+  /// Hands out the next number.
+  DBID NextDBID () noexcept { return {_NextDBID.value++}; }
+  /// The number that NextDBID will hand out.
+  DBID PeekNextDBID () const noexcept { return _NextDBID; }
+  void SetNextDBID (DBID id) noexcept { _NextDBID = id; }
+  const TypeEntry& TypeIndex (database_RecordType type) const noexcept;
+  /// How many records were added.
+  int32_t RecordCount () const noexcept { return _RecordCount; }
+  /// Blocks in the look-up table, those never made included.
+  uint32_t BlockCount () const noexcept { return static_cast<uint32_t> (_Blocks.size ()); }
+  /// Superseded records that wait for ReleaseRetired.
+  int32_t RetiredCount () const noexcept { return _RetiredCount; }
+
+  /// One action; its record has its DBID. False when the action did not fit (missing target, one
+  /// of another kind, a verb that the record does not take): it is then skipped with a log line,
+  /// and asserted unless it is a replay.
+  bool Apply (dbModel_Action& action, ApplyMode mode = ApplyMode::Copy);
+  /// Each action in order.
+  void ApplyTransaction (dbTransaction& transaction, ApplyMode mode = ApplyMode::Copy);
+  /// Ends a replay: settles what was put off while it ran.
+  void FinishReplay ();
+
+  /// Keeps a record that a reader may still hold until ReleaseRetired; null does nothing.
+  void Retire (std::unique_ptr<dbRecord_Class> record);
+  /// Frees superseded records. No reader may hold one.
+  void ReleaseRetired ();
+  /// Frees everything; the next number is 1 again.
+  void Clear ();
+
+ private:
+  using Block = std::array<dbModel_Node*, BlockSize>;
+  static constexpr std::size_t SlabSize = 170;  // nodes, within a page
+  using Slab = std::array<dbModel_Node, SlabSize>;
+
+  bool ApplyMeasurement (dbModel_Action& action, ApplyMode mode);
+  bool ApplyNote (dbModel_Action& action, ApplyMode mode);
+  bool ApplyInPlace (dbModel_Action& action, ApplyMode mode);
+  bool ApplyMark (dbModel_Action& action, ApplyMode mode);
+  bool ApplyReference (dbModel_Action& action, ApplyMode mode);
+  bool ApplyFeatures (dbModel_Action& action, ApplyMode mode);
+  bool ApplyDescriptions (dbModel_Action& action, ApplyMode mode);
+  bool ApplyGeneric (dbModel_Action& action, ApplyMode mode);
+  bool Add (dbModel_Action& action, ApplyMode mode);
+  bool Replace (dbModel_Action& action, ApplyMode mode);
+  bool Insert (dbModel_Action& action, ApplyMode mode);
+  bool Delete (dbModel_Action& action, ApplyMode mode);
+  bool InsertMovesLast (const dbModel_Node* from, database_RecordType type, ApplyMode mode);
+  bool Enter (DBID id, dbModel_Node& node);
+  dbModel_Node& NewNode ();
+  void FreeNode (dbModel_Node& node) noexcept;
+
+  dbModel_Thread _MainThread;
+  dbModel_Node* _RetiredRecords = nullptr;
+  int32_t _RetiredCount = 0;
+  DBID _NextDBID{1};
+  std::array<TypeEntry, DATABASE_AllRecords + 1> _TypeIndex{};
+  std::array<bool, DATABASE_AllRecords + 1> _LastUnsettled{};  // an insert of a replay was put off
+  int32_t _RecordCount = 0;
+  std::vector<std::unique_ptr<Block>> _Blocks;  // made only where used
+  std::vector<std::unique_ptr<Slab>> _Slabs;    // all nodes, which never move
+  std::size_t _SlabUsed = SlabSize;             // nodes handed out of the last slab
+  dbModel_Node* _FreeNodes = nullptr;           // through ChainForward
+};
 
 }  // namespace clxml

@@ -22,19 +22,20 @@ enum filehdr_FileType : int32_t {
 
 class FileHeader {
  public:
-  /// A header of this system's format stamp; any other type than 1 to 3 asserts "Bad file type".
+  /// A header of this system's format stamp; any other type than 1 to 3 asserts "Bad file type"
+  /// and leaves the name empty.
   explicit FileHeader (int32_t fileType);
 
-  Str Name;
+  Str Name;  ///< at most 43 bytes reach the file
   int32_t FileType;
   int32_t Reserved = 0;
   int32_t MajorVersion = 12;
   int32_t MinorVersion = 10;
   int32_t Revision = 3;
 
-  /// Reads the 48 bytes at offset 0 of an open file; a file that does not start with "Norvath"
-  /// has the older form: an empty name and the five numbers at offset 0. False when 48 bytes
-  /// could not be read.
+  /// Reads the 48 bytes at offset 0 of an open file, which then stands behind them. A file that
+  /// does not start with "Norvath" has the older form: an empty name and the five numbers at
+  /// offset 0. False, and nothing changed, when 48 bytes could not be read.
   bool Read (file_Class& file);
   /// Writes the 48 bytes at offset 0 of an open file.
   bool Write (file_Class& file) const;
