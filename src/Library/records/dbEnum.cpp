@@ -1,11 +1,12 @@
 // The tables of the enumerations and the converters that walk them.
 // Cuts the words and numbers of each declaration into rows while compiling, so that no word is
-// written twice. Leans on dbEnum.h, whose tables it switches on.
+// written twice. Leans on dbEnum.h, whose tables it switches on, and folder.h.
 #include <array>
 #include <cstddef>
 #include <string>
 
 #include "Library/records/dbField.h"
+#include "platform/folder.h"
 
 namespace clxml {
 namespace {
@@ -55,12 +56,14 @@ consteval std::array<Enumerator, count> CutRows (const std::array<char, size>& w
 namespace clxml {
 namespace {
 
+#define ROW(name) \
+  Enumerator { #name, name }
 constexpr Enumerator folder_Rows[] = {
-    {"folder_Unknown", -1},    {"folder_Project", 0},    {"folder_ROM", 1},
-    {"folder_Locale", 2},      {"folder_Receiver", 3},   {"folder_Language", 4},
-    {"folder_NonStandard", 5}, {"folder_ThrashData", 6}, {"folder_Temp", 7},
-    {"folder_Export", 8},      {"folder_Email", 9},      {"folder_EnumSize", 10},
+    ROW (folder_Unknown),  ROW (folder_Project),  ROW (folder_ROM),         ROW (folder_Locale),
+    ROW (folder_Receiver), ROW (folder_Language), ROW (folder_NonStandard), ROW (folder_ThrashData),
+    ROW (folder_Temp),     ROW (folder_Export),   ROW (folder_Email),       ROW (folder_EnumSize),
 };
+#undef ROW
 constexpr Enumeration folder_Table = {"folder_Enum", folder_Rows};
 
 void AssertImproper (const Enumeration& table) {

@@ -533,7 +533,7 @@ ENUMERATION (dbroad_VerticalKeyinMethod, int16_t, VerticalKeyin_VPI = 0,
 ENUMERATION (dbtype_Dimension, int16_t, DBTYPE_None = 0, DBTYPE_1d = 1, DBTYPE_2d = 2,
              DBTYPE_3d = 3);
 
-/// The folders of the handheld; the values stand with the folders themselves.
+/// Its values stand in platform/folder.h.
 enum folder_Enum : int16_t;
 template <>
 const Enumeration& EnumerationOf<folder_Enum> ();
