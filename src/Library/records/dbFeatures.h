@@ -69,6 +69,11 @@ class Attributes {
   bool Get (int pos, Attribute& attribute) const;
   void Clear () { Attribs.clear (); }
   void ClearMarks ();
+  /// Appends their number and the attributes.
+  void Save (OutBuffer& buffer) const;
+  /// Reads the same; asserts "AttribCountCheck == this->NumAttribs" when there are fewer than
+  /// their number says.
+  void Load (BodyReader& reader);
   friend bool operator== (const Attributes& a, const Attributes& b) {
     return a.Attribs == b.Attribs;
   }

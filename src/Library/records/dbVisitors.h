@@ -10,6 +10,10 @@
 
 namespace clxml {
 
+/// The bits of a number in a form in which equal values have equal bits: there is one zero, one
+/// null and one NaN.
+int64_t ComparableBits (double value) noexcept;
+
 /// Appends the fields to a buffer. Only looks at them.
 class SaveVisitor final : public FieldVisitor {
  public:
