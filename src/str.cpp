@@ -1,6 +1,6 @@
 // Strings of the library and its window on the host: the longer operations.
-// What is hot (making, copying, appending within the buffer) stands in the header. Leans on text
-// for the letters of the "C" locale.
+// What is short and hot (empty strings, moves, appends within the buffer) stands in the header.
+// Leans on text for the letters of the "C" locale.
 #include "str.h"
 
 #include <algorithm>
@@ -16,6 +16,29 @@ namespace {
 std::string_view ViewOf (const char* text) noexcept { return text != nullptr ? text : ""; }
 
 }  // namespace
+
+void Str::Take (const char* text, std::size_t length) {
+  char* buffer = length <= MaximumLength ? static_cast<char*> (std::malloc (length + 1)) : nullptr;
+  if (buffer == nullptr) [[unlikely]]
+    NoRoom (length);
+  std::memcpy (buffer, text, length);
+  buffer[length] = 0;
+  _Pointer = buffer;
+  _Length = _Capacity = static_cast<int32_t> (length);
+}
+
+void Str::Assign (const char* text, std::size_t length) {
+  if (length > static_cast<std::size_t> (_Capacity)) {
+    Str made;
+    made.Take (text, length);
+    *this = std::move (made);
+  } else if (length > 0 || _Length > 0) {
+    // A part of this string always fits and comes here.
+    if (length > 0) std::memmove (_Pointer, text, length);
+    _Pointer[length] = 0;
+    _Length = static_cast<int32_t> (length);
+  }
+}
 
 Str::Str (char character) : _Pointer (_Empty) {
   if (character != 0) Take (&character, 1);
@@ -83,7 +106,7 @@ bool Str::EqualInsensitive (const Str& other) const noexcept {
 }
 
 void Str::SetAt (int i, char character) {
-  const bool inside = Assert (i < _Length, "i < _Length") & Assert (i >= 0, "i >= 0");
+  const bool inside = Assert (i < _Length, "i < _Length") && Assert (i >= 0, "i >= 0");
   if (Assert (character != 0, "Character") && inside) _Pointer[i] = character;
 }
 
@@ -193,8 +216,8 @@ Str Str::Mid (int start, int count) const {
 }
 
 void Str::Delete (int i, int n) {
-  const bool valid = Assert (i >= 0, "i >= 0") & Assert (n >= 0, "n >= 0");
-  if (!valid || i >= _Length || n == 0) return;
+  const bool validPlace = Assert (i >= 0, "i >= 0");
+  if (!Assert (n >= 0, "n >= 0") || !validPlace || i >= _Length || n == 0) return;
   n = std::min (n, _Length - i);
   std::memmove (_Pointer + i, _Pointer + i + n, static_cast<std::size_t> (_Length - i - n));
   _Length -= n;
@@ -318,11 +341,11 @@ Environment* Environment::Install (Environment* host) noexcept {
   return installed.exchange (host, std::memory_order_acq_rel);
 }
 
-void AssertionFailed (const char* text, const std::source_location& where) {
-  const char* name = where.file_name ();
+void AssertionFailed (const char* text, const char* file, int line) {
+  const char* name = file;
   for (const char* c = name; *c != 0; c++)
     if (*c == '/' || *c == '\\') name = c + 1;
-  Environment::Get ()->AssertFailed (text, name, static_cast<int> (where.line ()));
+  Environment::Get ()->AssertFailed (text, name, line);
 }
 
 void LogNumber (const char* text, uint64_t number) {

@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <source_location>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -160,28 +159,9 @@ class Str {
                : static_cast<std::size_t> (static_cast<const char*> (zero) - text.data ());
   }
   // Makes the string from length bytes, at least one; it holds the shared buffer before.
-  void Take (const char* text, std::size_t length) {
-    char* buffer =
-        length <= MaximumLength ? static_cast<char*> (std::malloc (length + 1)) : nullptr;
-    if (buffer == nullptr) [[unlikely]]
-      NoRoom (length);
-    std::memcpy (buffer, text, length);
-    buffer[length] = 0;
-    _Pointer = buffer;
-    _Length = _Capacity = static_cast<int32_t> (length);
-  }
-  // The bytes may be a part of the string itself, which then fits without a new buffer.
-  void Assign (const char* text, std::size_t length) {
-    if (length > static_cast<std::size_t> (_Capacity)) {
-      Str made;
-      made.Take (text, length);
-      *this = std::move (made);
-    } else if (length > 0 || _Length > 0) {
-      if (length > 0) std::memmove (_Pointer, text, length);
-      _Pointer[length] = 0;
-      _Length = static_cast<int32_t> (length);
-    }
-  }
+  void Take (const char* text, std::size_t length);
+  // The bytes may be a part of the string itself.
+  void Assign (const char* text, std::size_t length);
   void Append (const char* text, std::size_t length) {
     if (length == 0) return;
     if (length > static_cast<std::size_t> (_Capacity - _Length)) {
@@ -282,16 +262,17 @@ class Environment {
   ~Environment () = default;
 };
 
-/// Hands a failed assertion to the Environment; Assert calls it.
-void AssertionFailed (const char* text, const std::source_location& where);
+/// Hands a failed assertion to the Environment; Assert calls it. file may have folders in front.
+void AssertionFailed (const char* text, const char* file, int line);
 
 /// Reports a programming fault with the given text when the condition is false; answers the
 /// condition, so that a caller whose memory depends on it can turn back:
 /// `if (!Assert (i < n, "i < n")) return;`. Going on is the default: it is no guard by itself.
-inline bool Assert (bool condition, const char* text,
-                    const std::source_location& where = std::source_location::current ()) {
+/// The place is the caller's own: what std::source_location gives, which clang 14 lacks.
+inline bool Assert (bool condition, const char* text, const char* file = __builtin_FILE(),
+                    int line = __builtin_LINE()) {
   if (!condition) [[unlikely]]
-    AssertionFailed (text, where);
+    AssertionFailed (text, file, line);
   return condition;
 }
 

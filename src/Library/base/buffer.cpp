@@ -10,6 +10,14 @@
 
 namespace clxml {
 
+uint64_t buffer_Turned (uint64_t value, int width, ENDIAN data_Endian) {
+  Assert (data_Endian != ENDIAN_Undefined, "data_Endian != ENDIAN_Undefined");
+  if ((data_Endian == ENDIAN_Big) == (ENDIAN_Native == ENDIAN_Big)) return value;
+  uint64_t turned = 0;
+  for (int i = 0; i < width; i++, value >>= 8) turned = turned << 8 | (value & 0xFF);
+  return turned;
+}
+
 Buffer::Buffer (int length, ENDIAN endian) : data_Endian (endian) { Resize (length); }
 
 Buffer::Buffer (int length, ENDIAN endian, const void* source) : data_Endian (endian) {
@@ -71,15 +79,19 @@ bool Buffer::Has (int offset, int n, const char* condition) const {
   return Assert (inside, condition);
 }
 
-bool Buffer::MayRead (int offset, int n, const char* condition) const {
+int Buffer::Outside (const char* condition) const {
   Assert (data_Endian != ENDIAN_Undefined, "data_Endian != ENDIAN_Undefined");
-  return Has (offset, n, condition);
+  Assert (_Buffer != nullptr, "_Buffer");
+  Assert (false, condition);
+  return 0;
 }
 
 uint32_t Buffer::GetUInt24 (int& offset) const {
-  if (!MayRead (offset, 3, "(Offset + 3) <= _DataLength")) return 0;
+  if (offset < 0 || offset > _DataLength - 3)
+    return static_cast<uint32_t> (Outside ("(Offset + 3) <= _DataLength"));
   const uint8_t* b = _Buffer.get () + offset;
   offset += 3;
+  Assert (data_Endian != ENDIAN_Undefined, "data_Endian != ENDIAN_Undefined");
   const auto join = [] (uint32_t low, uint32_t middle, uint32_t high) {
     return low | middle << 8 | high << 16;
   };
@@ -193,9 +205,8 @@ void OutBuffer::PutUInt8At (uint8_t value, int place) {
 
 void OutBuffer::PutUInt32At (uint32_t value, int place) {
   Assert (_Buffer != nullptr, "_Buffer");
-  Assert (data_Endian != ENDIAN_Undefined, "data_Endian != ENDIAN_Undefined");
   if (!Assert (place >= 0 && place <= _DataLength - 4, "place + 4 <= _DataLength")) return;
-  value = buffer_Ordered (value, data_Endian);
+  value = static_cast<uint32_t> (buffer_Turned (value, sizeof value, data_Endian));
   std::memcpy (_Buffer.get () + place, &value, sizeof value);
 }
 

@@ -20,16 +20,12 @@ enum ENDIAN : int32_t {
   ENDIAN_Undefined = 2,  ///< none chosen; no typed access is allowed
 };
 
-/// A number of native order from or to the given order.
-template <class T>
-constexpr T buffer_Ordered (T value, ENDIAN endian) noexcept {
-  if ((endian == ENDIAN_Big) == (std::endian::native == std::endian::big)) return value;
-  T reversed = 0;
-  for (std::size_t i = 0; i < sizeof (T); i++)
-    reversed =
-        static_cast<T> (reversed | ((value >> (8 * i)) & 0xFF) << (8 * (sizeof (T) - 1 - i)));
-  return reversed;
-}
+/// The order of this machine, whose values need no turning.
+inline constexpr ENDIAN ENDIAN_Native =
+    std::endian::native == std::endian::big ? ENDIAN_Big : ENDIAN_Little;
+/// A value of width bytes from the machine's order to another or back; asserts
+/// "data_Endian != ENDIAN_Undefined".
+uint64_t buffer_Turned (uint64_t value, int width, ENDIAN data_Endian);
 
 /// A filled region of bytes that is read by offset. Numbers assert that a byte order was chosen
 /// ("data_Endian != ENDIAN_Undefined") and go on as ENDIAN_Little; texts and raw bytes have none.
@@ -120,16 +116,18 @@ class Buffer {
   template <class T>
   T Get (int& offset, const char* condition) const {
     constexpr int width = sizeof (T);
-    if (data_Endian >= ENDIAN_Undefined || offset < 0 || offset > _DataLength - width) [[unlikely]]
-      if (!MayRead (offset, width, condition)) return 0;
+    if (offset < 0 || offset > _DataLength - width) [[unlikely]]
+      return static_cast<T> (Outside (condition));
     T value;
     std::memcpy (&value, _Buffer.get () + offset, sizeof (T));
     offset += width;
-    return buffer_Ordered (value, data_Endian);
+    if (data_Endian != ENDIAN_Native) [[unlikely]]
+      value = static_cast<T> (buffer_Turned (value, width, data_Endian));
+    return value;
   }
-  // Makes the assertions of a typed read; answers whether it stays within the data.
-  bool MayRead (int offset, int n, const char* condition) const;
-  // The same for raw bytes.
+  // Makes the assertions of a typed read outside the data; gives 0.
+  int Outside (const char* condition) const;
+  // The assertions of raw bytes; answers whether they lie within the data.
   bool Has (int offset, int n, const char* condition) const;
 
   ENDIAN data_Endian;
@@ -200,8 +198,8 @@ class OutBuffer {
  private:
   template <class T>
   void Put (T value) {
-    Assert (data_Endian != ENDIAN_Undefined, "data_Endian != ENDIAN_Undefined");
-    value = buffer_Ordered (value, data_Endian);
+    if (data_Endian != ENDIAN_Native) [[unlikely]]
+      value = static_cast<T> (buffer_Turned (value, sizeof (T), data_Endian));
     std::memcpy (Room (static_cast<int> (sizeof (T))), &value, sizeof (T));
   }
   void PutText (std::string_view text);
