@@ -32,6 +32,7 @@ class file_Stream {
  private:
   int64_t _Handle = -1;
   uint64_t _Size = 0;
+  uint64_t _Position = 0;
   Str _Path;
 };
 
