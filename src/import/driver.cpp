@@ -1,0 +1,151 @@
+// One import: the order of its steps, and what is left behind when one of them fails.
+// A thrown Str ends here and nowhere else. Leans on the conversion frame and the exchange reader.
+#include "import/driver.h"
+
+#include <memory>
+
+#include "Kernel/text.h"
+#include "Library/job/dbJob.h"
+#include "Library/xml/xmlparser.h"
+#include "import/fieldreader.h"
+#include "import/writejob.h"
+#include "platform/file.h"
+
+namespace clxml {
+
+namespace {
+
+// What lives for one import. Runs once.
+class Import {
+ public:
+  Import (const Str& xmlPath, const Str& jobPath, clxmli_Progress progress)
+      : xmlPath (xmlPath), jobPath (jobPath), progress (progress) {}
+
+  ImportResult Run ();
+
+ private:
+  // How far the elements came.
+  enum class Elements { Done, Cancelled, NoJob };
+
+  void OpenExchangeFile ();
+  Elements ReadElements ();
+  bool CreateJob (const xml_element& element);
+  void WriteRoads ();
+  void Finish ();
+  void Remove () noexcept;
+  bool GoOn (uint32_t percent) const {
+    return !progress || (progress (percent) & 0xFFu) != 0;  // no more than a byte is an answer
+  }
+  [[noreturn]] void BadInput (const Str& text) {
+    result = IMPORT_BadInput;
+    throw text;
+  }
+
+  const Str& xmlPath;
+  const Str& jobPath;
+  const clxmli_Progress progress;
+  ImportResult result = IMPORT_Ok;
+  xml_parser reader;
+  int32_t version = 0;
+  JobDatabase job;
+  bool isJobCreated = false;
+  std::unique_ptr<WriteJobControl> control;  // from then on
+};
+
+void Import::OpenExchangeFile () {
+  if (!reader.Open (xmlPath)) BadInput (xmlPath + " does not exist or is not an XML file");
+  const xml_element* root = reader.EnterLevel (1);
+  if (root) version = text_ToInt32 (root->AttributeValue ("version"));
+}
+
+// Takes the job element: name, time and note of the job. False when the file cannot be made.
+bool Import::CreateJob (const xml_element& element) {
+  db_JobHeader& header = job.JobHeader ();
+  header.TimeStamp = ReadTimeStamp (element);
+  FieldReader (&element, version).Note (header.Note);
+  if (!job.Create (jobPath, Str (element.value))) return false;
+  isJobCreated = true;
+  job.Access ()->SetSingleActionMode ();
+  control = std::make_unique<WriteJobControl> (job, version);
+  return true;
+}
+
+// The hot loop: one top-level element at a time, in storage that goes round.
+Import::Elements Import::ReadElements () {
+  xml_tree tree;
+  while (const xml_element* element = reader.NextElement (tree)) {
+    if (control) {
+      control->Dispatch (*element);
+    } else if (element->name == "DATABASE_JobHeaderRecord" ||
+               element->name == "DATABASE_JobRecord") {
+      if (!CreateJob (*element)) return Elements::NoJob;
+    }
+    tree.Clear ();
+    if (!GoOn (reader.PercentDone ())) return Elements::Cancelled;
+  }
+  return Elements::Done;
+}
+
+// Road files go beside the job, in the folder that a backslash names.
+void Import::WriteRoads () {
+  const int slash = jobPath.ReverseFind ('\\');
+  control->Capture ().SetFolder (slash < jobPath.Length () ? jobPath.Left (slash + 1) : Str ());
+  control->Capture ().WriteRoads ();
+}
+
+// Everything behind the last element.
+void Import::Finish () {
+  if (control) WriteRoads ();
+  reader.LeaveLevel (1);
+  if (!reader.Close ()) BadInput ("end of file was not processed");
+  if (!control)
+    BadInput ("could not find element named DATABASE_JobHeaderRecord or DATABASE_JobRecord");
+  control->LogUnfinished ();
+  control->RepairPointers ();
+  if (!job.Close ()) throw Str ("the job file could not be written to its end: ") + jobPath;
+  GoOn (100);
+}
+
+// Leaves nothing of this import at the job's path; what it did not create is not touched.
+void Import::Remove () noexcept {
+  if (reader.IsOpen ()) reader.Close ();
+  if (!isJobCreated) return;
+  try {
+    job.Close ();
+    file_Class (jobPath).Delete ();
+  } catch (const Str& text) {
+    Environment::Get ()->LogMessage (text.Data ());
+  }
+}
+
+ImportResult Import::Run () {
+  try {
+    OpenExchangeFile ();
+    switch (ReadElements ()) {
+      case Elements::NoJob:
+        reader.Close ();
+        return IMPORT_CannotCreateJob;
+      case Elements::Cancelled:
+        Remove ();
+        return IMPORT_Cancelled;
+      case Elements::Done:
+        Finish ();
+    }
+  } catch (const Str& text) {
+    Environment::Get ()->LogMessage (text.Data ());
+    Remove ();
+    if (result == IMPORT_Ok) result = IMPORT_Failed;
+  } catch (...) {  // not ours to answer, but no half a job stays
+    Remove ();
+    throw;
+  }
+  return result;
+}
+
+}  // namespace
+
+ImportResult ImportFile (const Str& xmlPath, const Str& jobPath, clxmli_Progress progress) {
+  return Import (xmlPath, jobPath, progress).Run ();
+}
+
+}  // namespace clxml
