@@ -3,9 +3,14 @@
 // record families.
 #include <iterator>
 
+#include "Library/records/dbConventional.h"
+#include "Library/records/dbCoordSystems.h"
+#include "Library/records/dbGPS.h"
 #include "Library/records/dbMeasurements.h"
 #include "Library/records/dbPoints.h"
 #include "Library/records/dbReader.h"
+#include "Library/records/dbSettings.h"
+#include "Library/records/dbStakeout.h"
 
 namespace clxml {
 
@@ -13,11 +18,11 @@ namespace {
 
 // What the catalogue knows of a class.
 struct Row {
-  const char* name = "";
-  dbRecord_Class* (*make) () = nullptr;
-  dbRecord_Class* (*clone) (const dbRecord_Class& source) = nullptr;
-  void (*assign) (const dbRecord_Class& source, dbRecord_Class& dest) = nullptr;
-  int number = -1;
+  const char* name;
+  dbRecord_Class* (*make) ();
+  dbRecord_Class* (*clone) (const dbRecord_Class& source);
+  void (*assign) (const dbRecord_Class& source, dbRecord_Class& dest);
+  int number;
 };
 
 template <class T>
@@ -33,8 +38,6 @@ constexpr Row RowOf (const char* name) {
 }
 
 #define ROW(T) RowOf<T> (#T)
-#define ROW_TO_COME(T) \
-  Row {}
 
 // By number.
 constexpr Row rows[] = {
@@ -59,121 +62,121 @@ constexpr Row rows[] = {
     ROW (db_MeanTurnedAngle),
     ROW (db_MeanTurnedAngleResiduals),
     ROW (db_MeanTurnedAngleResidualsBegin),
-    ROW_TO_COME (db_TotalAtmosphere),
-    ROW_TO_COME (db_TotalBackBearing),
-    ROW_TO_COME (db_TotalInstrument),
-    ROW_TO_COME (db_TotalStation),
-    ROW_TO_COME (db_DualPrismOffset),
+    ROW (db_TotalAtmosphere),
+    ROW (db_TotalBackBearing),
+    ROW (db_TotalInstrument),
+    ROW (db_TotalStation),
+    ROW (db_DualPrismOffset),
     ROW (db_EndEntity),
-    ROW_TO_COME (db_QC1),
-    ROW_TO_COME (db_QC2),
-    ROW_TO_COME (db_QC3),
-    ROW_TO_COME (db_Precision),
-    ROW_TO_COME (db_Ellipsoid),
-    ROW_TO_COME (db_Datum),
-    ROW_TO_COME (db_Projection),
-    ROW_TO_COME (db_Plane),
-    ROW_TO_COME (db_Height),
-    ROW_TO_COME (db_Corrections),
-    ROW_TO_COME (db_RoadAvailableStations),
-    ROW_TO_COME (db_RoadConstructionOffsets),
-    ROW_TO_COME (db_CalibPoint),
-    ROW_TO_COME (db_Equipment),
-    ROW_TO_COME (db_Antenna),
-    ROW_TO_COME (db_RoverSurvey),
-    ROW_TO_COME (db_BaseSurvey),
-    ROW_TO_COME (db_SurveyEvent),
-    ROW_TO_COME (db_ContParameters),
-    ROW_TO_COME (db_Units),
-    ROW_TO_COME (db_Tracking),
-    ROW_TO_COME (db_Coding),
-    ROW_TO_COME (db_DescriptionsDefinition),
-    ROW_TO_COME (db_GPSReading),
-    ROW_TO_COME (db_TSReading),
-    ROW_TO_COME (db_RoverRadio),
-    ROW_TO_COME (db_BaseRadio),
-    ROW_TO_COME (db_L2OTFTimes),
-    ROW_TO_COME (db_L1StaticTimes),
-    ROW_TO_COME (db_ControlTimes),
-    ROW_TO_COME (db_FSL1Times),
-    ROW_TO_COME (db_FSL2Times),
-    ROW_TO_COME (db_Tolerance),
-    ROW_TO_COME (db_Meterological),
-    ROW_TO_COME (db_Initialisation),
-    ROW_TO_COME (db_Reference),
-    ROW_TO_COME (db_PostProcess),
-    ROW_TO_COME (db_Continuous),
-    ROW_TO_COME (db_ContinuousPoints),
-    ROW_TO_COME (db_FastStatic),
-    ROW_TO_COME (db_StakeOut),
-    ROW_TO_COME (db_CheckShot),
-    ROW_TO_COME (db_QuickMark),
-    ROW_TO_COME (db_RTKControl),
-    ROW_TO_COME (db_EndContinuous),
-    ROW_TO_COME (db_EndSurveyStyle),
-    ROW_TO_COME (db_CalibBegin),
-    ROW_TO_COME (db_ConfigCalib),
+    ROW (db_QC1),
+    ROW (db_QC2),
+    ROW (db_QC3),
+    ROW (db_Precision),
+    ROW (db_Ellipsoid),
+    ROW (db_Datum),
+    ROW (db_Projection),
+    ROW (db_Plane),
+    ROW (db_Height),
+    ROW (db_Corrections),
+    ROW (db_RoadAvailableStations),
+    ROW (db_RoadConstructionOffsets),
+    ROW (db_CalibPoint),
+    ROW (db_Equipment),
+    ROW (db_Antenna),
+    ROW (db_RoverSurvey),
+    ROW (db_BaseSurvey),
+    ROW (db_SurveyEvent),
+    ROW (db_ContParameters),
+    ROW (db_Units),
+    ROW (db_Tracking),
+    ROW (db_Coding),
+    ROW (db_DescriptionsDefinition),
+    ROW (db_GPSReading),
+    ROW (db_TSReading),
+    ROW (db_RoverRadio),
+    ROW (db_BaseRadio),
+    ROW (db_L2OTFTimes),
+    ROW (db_L1StaticTimes),
+    ROW (db_ControlTimes),
+    ROW (db_FSL1Times),
+    ROW (db_FSL2Times),
+    ROW (db_Tolerance),
+    ROW (db_Meterological),
+    ROW (db_Initialisation),
+    ROW (db_Reference),
+    ROW (db_PostProcess),
+    ROW (db_Continuous),
+    ROW (db_ContinuousPoints),
+    ROW (db_FastStatic),
+    ROW (db_StakeOut),
+    ROW (db_CheckShot),
+    ROW (db_QuickMark),
+    ROW (db_RTKControl),
+    ROW (db_EndContinuous),
+    ROW (db_EndSurveyStyle),
+    ROW (db_CalibBegin),
+    ROW (db_ConfigCalib),
     ROW (db_Area),
-    ROW_TO_COME (db_CoordSystemControl),
-    ROW_TO_COME (db_NewPtTimes),
-    ROW_TO_COME (db_CoordSystem),
-    ROW_TO_COME (db_SurveyStyle),
-    ROW_TO_COME (db_IntegratedStyle),
-    ROW_TO_COME (db_IntegratedTarget),
+    ROW (db_CoordSystemControl),
+    ROW (db_NewPtTimes),
+    ROW (db_CoordSystem),
+    ROW (db_SurveyStyle),
+    ROW (db_IntegratedStyle),
+    ROW (db_IntegratedTarget),
     ROW (db_PointKeyin),
     ROW (db_PolarDeltas),
-    ROW_TO_COME (db_Stationing),
-    ROW_TO_COME (db_GridDeltas),
-    ROW_TO_COME (db_LinearDeltas),
-    ROW_TO_COME (db_PointDesign),
-    ROW_TO_COME (db_LinearDesign),
-    ROW_TO_COME (db_DTMDesign),
-    ROW_TO_COME (db_DTMDeltas),
-    ROW_TO_COME (db_RelativeDTMDeltas),
-    ROW_TO_COME (db_SlopeDesign),
-    ROW_TO_COME (db_RoadDesign),
-    ROW_TO_COME (db_RoadDeltas),
-    ROW_TO_COME (db_SecondaryRoadDeltas),
-    ROW_TO_COME (db_RoadCatchDeltas),
-    ROW_TO_COME (db_CrossSectionNode),
-    ROW_TO_COME (db_CrossSectionBatter),
-    ROW_TO_COME (db_CrossSectionSide),
-    ROW_TO_COME (db_CrossSectionCenterNode),
-    ROW_TO_COME (db_CrossSectionReport),
-    ROW_TO_COME (db_LaserBasePoint),
-    ROW_TO_COME (db_LaserHeight),
-    ROW_TO_COME (db_LaserTargetHeight),
-    ROW_TO_COME (db_LaserConfig),
+    ROW (db_Stationing),
+    ROW (db_GridDeltas),
+    ROW (db_LinearDeltas),
+    ROW (db_PointDesign),
+    ROW (db_LinearDesign),
+    ROW (db_DTMDesign),
+    ROW (db_DTMDeltas),
+    ROW (db_RelativeDTMDeltas),
+    ROW (db_SlopeDesign),
+    ROW (db_RoadDesign),
+    ROW (db_RoadDeltas),
+    ROW (db_SecondaryRoadDeltas),
+    ROW (db_RoadCatchDeltas),
+    ROW (db_CrossSectionNode),
+    ROW (db_CrossSectionBatter),
+    ROW (db_CrossSectionSide),
+    ROW (db_CrossSectionCenterNode),
+    ROW (db_CrossSectionReport),
+    ROW (db_LaserBasePoint),
+    ROW (db_LaserHeight),
+    ROW (db_LaserTargetHeight),
+    ROW (db_LaserConfig),
     ROW (db_StationSetupResidualsBegin),
     ROW (db_StationSetupResiduals),
     ROW (db_ResectErrors),
     ROW (db_Traverse),
     ROW (db_TraverseClosure),
     ROW (db_TraverseAdjustment),
-    ROW_TO_COME (db_DistanceOffset),
-    ROW_TO_COME (db_StakeoutList),
-    ROW_TO_COME (db_BackgroundFileList),
-    ROW_TO_COME (db_JobProperties),
-    ROW_TO_COME (db_StationOffset),
+    ROW (db_DistanceOffset),
+    ROW (db_StakeoutList),
+    ROW (db_BackgroundFileList),
+    ROW (db_JobProperties),
+    ROW (db_StationOffset),
     ROW (db_StartRounds),
     ROW (db_StartRound),
     ROW (db_EndRound),
     ROW (db_EndRounds),
-    ROW_TO_COME (db_SurfaceScan),
-    ROW_TO_COME (db_Target),
-    ROW_TO_COME (db_CircularObject),
-    ROW_TO_COME (db_RemoteObject),
+    ROW (db_SurfaceScan),
+    ROW (db_Target),
+    ROW (db_CircularObject),
+    ROW (db_RemoteObject),
     ROW (db_BoolAction),
     ROW (db_DBID),
     ROW (db_Features),
     ROW (db_Descriptions),
-    ROW_TO_COME (db_CogoTransformation),
-    ROW_TO_COME (db_Scanning),
-    ROW_TO_COME (db_Image),
-    ROW_TO_COME (db_Camera),
-    ROW_TO_COME (db_Panorama),
-    ROW_TO_COME (db_AngleOffset),
-    ROW_TO_COME (db_GridStdDeviations),
+    ROW (db_CogoTransformation),
+    ROW (db_Scanning),
+    ROW (db_Image),
+    ROW (db_Camera),
+    ROW (db_Panorama),
+    ROW (db_AngleOffset),
+    ROW (db_GridStdDeviations),
     ROW (db_Foreign),
     ROW (db_TimeZone),
 };
@@ -181,7 +184,7 @@ constexpr Row rows[] = {
 
 constexpr bool InOrder () {
   for (int i = 0; i < DATABASE_AllRecords; i++)
-    if (rows[i].make && rows[i].number != i) return false;
+    if (rows[i].number != i) return false;
   return true;
 }
 static_assert (std::size (rows) == DATABASE_AllRecords);
@@ -189,7 +192,7 @@ static_assert (InOrder ());
 
 // The row of a type, or null.
 constexpr const Row* Find (int type) {
-  return type >= 0 && type < DATABASE_AllRecords && rows[type].make ? &rows[type] : nullptr;
+  return type >= 0 && type < DATABASE_AllRecords ? &rows[type] : nullptr;
 }
 
 }  // namespace
