@@ -36,8 +36,8 @@ const clock_Source& clock_Machine () noexcept;
 /// Seconds on the local clock, whole seconds; asks the machine at most once a second.
 double clock_Now ();
 
-/// While one lives, clock_Now answers without looking at the counter: for loops that make many
-/// records whose time is read or copied from elsewhere. Nestable.
+/// While one lives, clock_Now answers on its thread without looking at the counter: for loops that
+/// make many records whose time is read or copied from elsewhere. Nestable.
 class clock_Hold {
  public:
   clock_Hold () noexcept;
@@ -58,8 +58,9 @@ void clock_SetLocalTime (double time);
 double clock_Bias ();
 bool clock_TimeZoneName (Str& name, double& hours);
 
-// Every conversion asserts "!maths_IsNull(time)"; a null or absurd time leaves outputs as they
-// were and gives the null value (or an empty text, or 0).
+// Every conversion asserts "!maths_IsNull(time)". A null or absurd time (no finite number, beyond
+// 2^53 seconds, or outside what the result can hold) leaves outputs as they were and gives the null
+// value (or an empty text, or 0).
 
 /// GPS week and seconds of the week; asserts "weeks && seconds".
 void clock_ToGPS (double time, int32_t* weeks, double* seconds);
@@ -73,21 +74,22 @@ double clock_FromTimeOfDay (int32_t hours, int32_t minutes, int32_t seconds);
 void clock_ToTimeOfDay (double time, int32_t* hours, int32_t* minutes, int32_t* seconds);
 /// The fraction of the second in whole milliseconds, rounded, at most 999.
 int32_t clock_Milliseconds (double time);
-/// The calendar date; timeOfDay may be null; asserts "years && months && days".
-void clock_ToDate (double time, int16_t* years, int16_t* months, int16_t* days,
-                   double* timeOfDay);
+/// The calendar date, from 1582-10-15 to the end of 32767; timeOfDay may be null; asserts
+/// "years && months && days".
+void clock_ToDate (double time, int16_t* years, int16_t* months, int16_t* days, double* timeOfDay);
 double clock_TimeOfDay (double time);
 double clock_StartOfDay (double time);
 /// 0 to 6, Sunday being 0; asserts "dayOfWeek >= 0 && dayOfWeek < 7".
 int32_t clock_DayOfWeek (double time);
-/// The time of day, "13:05:09".
+/// The time of day, "13:05:09", rounded to the second within its day.
 Str clock_FormatTime (double time);
-/// Without useLocale the numbers "2009/7/1"; with useLocale the long form, with longForm as well
-/// the picture "Wednesday, 01 Jul 2009".
+/// Without useLocale the numbers "2009/7/1"; with useLocale "Wednesday, 1 July 2009", with longForm
+/// as well "Wednesday, 01 Jul 2009". Names are English, whatever the process's locale.
 Str clock_FormatDate (double time, bool useLocale, bool longForm);
-/// Fills the list with the date formats known.
+/// Fills the list with the pictures of the date formats known.
 void clock_DateFormats (StrArray& list);
-/// The date line of a mail header, with a zone of five characters: "+0545".
+/// The date line of a mail header, with a zone of five characters:
+/// "Wednesday, 01 Jul 2009 13:05:09 +0545".
 Str clock_MailDate ();
 
 }  // namespace clxml
