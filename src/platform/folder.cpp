@@ -112,12 +112,6 @@ Str NormalRoot (const Str& deviceRoot) {
   return root;
 }
 
-const Mount* FindMount (std::string_view root) {
-  for (const Mount& mount : Mounts ())
-    if (EqualWithoutCase (mount.root.View (), root)) return &mount;
-  return nullptr;
-}
-
 /// A name without extension is written with a dot behind it; the host has no such dot.
 std::string_view WithoutLastDot (std::string_view path) {
   if (path.empty () || path.back () != '.') return path;
