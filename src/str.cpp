@@ -1,14 +1,12 @@
 // Strings of the library and its window on the host: the longer operations.
 // What is short and hot (empty strings, moves, appends within the buffer) stands in the header.
-// Leans on text for the letters of the "C" locale.
+// Leans on nothing but the standard library.
 #include "str.h"
 
 #include <algorithm>
 #include <functional>
 #include <limits>
 #include <new>
-
-#include "Kernel/text.h"
 
 namespace clxml {
 namespace {

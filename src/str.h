@@ -15,6 +15,19 @@
 
 namespace clxml {
 
+/// Character classes and case of the "C" locale; bytes of 128 and above belong to no class.
+constexpr bool text_IsSpace (char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool text_IsDigit (char c) noexcept { return c >= '0' && c <= '9'; }
+constexpr bool text_IsLetter (char c) noexcept {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+constexpr char text_ToLower (char c) noexcept {
+  return c >= 'A' && c <= 'Z' ? static_cast<char> (c + 32) : c;
+}
+constexpr char text_ToUpper (char c) noexcept {
+  return c >= 'a' && c <= 'z' ? static_cast<char> (c - 32) : c;
+}
+
 /// An owned, zero-terminated 8-bit string. Bytes are UTF-8 by convention; the class treats them as
 /// bytes, and letters, digits and case in the sense of the "C" locale whatever the process's is.
 /// A zero byte is never part of it. Thrown as a value it is the library's error: a whole message.

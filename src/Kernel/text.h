@@ -12,18 +12,6 @@
 
 namespace clxml {
 
-/// Character classes and case of the "C" locale; bytes of 128 and above belong to no class.
-constexpr bool text_IsSpace (char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
-constexpr bool text_IsDigit (char c) noexcept { return c >= '0' && c <= '9'; }
-constexpr bool text_IsLetter (char c) noexcept {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-constexpr char text_ToLower (char c) noexcept {
-  return c >= 'A' && c <= 'Z' ? static_cast<char> (c + 32) : c;
-}
-constexpr char text_ToUpper (char c) noexcept {
-  return c >= 'a' && c <= 'z' ? static_cast<char> (c - 32) : c;
-}
 /// The value of a hexadecimal digit of either case, -1 for any other byte.
 constexpr int text_HexDigit (char c) noexcept {
   if (c >= '0' && c <= '9') return c - '0';
