@@ -112,7 +112,8 @@ class JobDatabase {
   /// Null when unknown or closed.
   const dbRecord_Class* GetRecord (DBID id) const noexcept;
   /// The last record of this type in the job, also from the open group, or else the default record
-  /// of that type. Null for a type that has neither.
+  /// of that type. A type that is no setting asserts as
+  /// DefaultRecords::GetDefault and gives null.
   const dbRecord_Class* GetLatest (int type);
   /// `job.GetLatest<db_Units> ()`
   template <class T>
@@ -177,13 +178,12 @@ class JobDatabase {
 
  private:
   class JobListener;
-  friend class JobListener;
 
   void Connect ();
   void Forget ();
   DBID Amend (DBID id, const dbRecord_Class& carrier);
-  DBID AddIfNew (dbRecord_Class& record, DBID inForce);
-  DBID FindTarget (const char* name) const;
+  DBID AddIfNew (dbRecord_Class& record, const dbRecord_Class* inForce);
+  const dbRecord_Class* FindTarget (const char* name) const;
   DBID ChangeReferenced (DBID observationId, dbRecord_Class& newRecord,
                          DBID* (*reference) (dbRecord_Class*), const char* missing);
   Str NoteOf (DBID id) const;

@@ -74,6 +74,8 @@ class dbAccess {
   void EndGroup ();
   /// Drops the group; asserts "_GroupNestCount == 1". Its numbers are given back.
   void CancelGroup ();
+  /// Drops an open group of any level, for closing: nothing is asserted and nothing raised.
+  void CancelOpenGroup ();
   bool InGroup () const noexcept { return _GroupNestCount > 0; }
   int32_t GroupNestCount () const noexcept { return _GroupNestCount; }
 
@@ -126,7 +128,8 @@ class dbAccess {
   };
   static constexpr int ThreadCount = 30;
 
-  Queue* CurrentQueue () const;
+  Queue* CurrentQueue ();
+  const Queue* OpenQueue () const noexcept;
   const dbModel_Action* LatestAction (database_RecordType type) const noexcept;
   DBID AddLone (dbModel_Verb verb, DBID target, std::unique_ptr<dbRecord_Class> record);
   bool AppendFrame (OutBuffer& frames, const dbModel_Action& action);
@@ -143,7 +146,7 @@ class dbAccess {
   int32_t _GroupStartThread = -1;
   job_OpenStatus _OpenStatus = JOBOPEN_CannotOpen;
   dbListener* _Listener = nullptr;
-  mutable std::array<std::unique_ptr<Queue>, ThreadCount> _Transactions;  // made on first use
+  std::array<std::unique_ptr<Queue>, ThreadCount> _Transactions;  // made on first use
   dbModel_Action _Lone;  // of single-action mode, used again and again
   OutBuffer _LoneFrame{ENDIAN_Little};
 };

@@ -133,6 +133,7 @@ class dbJournal {
   bool Fault (journal_Status& status, const char* text, uint32_t position);
   bool Decode (const uint8_t* frame, uint32_t length, dbModel_Action& action);
   bool CheckNumber (const dbModel_Action& action);
+  void Complain (const char* text, uint32_t position) const;
   void Opened (bool writable);
   bool AskMedium ();
 
@@ -150,7 +151,8 @@ class dbJournal {
   bool _RepairDetected = false;
   bool _HeaderFailed = false;
   bool _MediumPutOff = false;
-  bool _MediumOwed = false;  // bytes were written that no medium was asked for
+  bool _MediumOwed = false;    // bytes were written that no medium was asked for
+  bool _MediumFailed = false;  // it was asked, and refused
 
   // Reading: a piece of the file, and where in it the next frame stands.
   std::vector<uint8_t> _Window;
