@@ -112,7 +112,6 @@ void xml_tokenizer::Fill () {
   _Offset += static_cast<uint64_t> (_End - block);
   _At = _End = block;
   _Filled = block + rest;
-  _Ampersand = _Zero = nullptr;
   while (!_IsSourceEnded && _Filled < block + _BlockLength) {
     const int64_t n =
         _Source->Read (_Filled, static_cast<std::size_t> (block + _BlockLength - _Filled));
@@ -120,6 +119,8 @@ void xml_tokenizer::Fill () {
     _IsSourceEnded = n == 0;
     _Filled += n;
   }
+  _Ampersand = Find (block, _Filled, '&');
+  _Zero = Find (block, _Filled, 0);
 }
 
 const char* xml_tokenizer::Load () {

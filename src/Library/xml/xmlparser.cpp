@@ -222,7 +222,9 @@ void xml_parser::Reading::EndTag (std::string_view name) {
       return;
     }
   }
-  const std::string_view found = tokens.Take (p);
+  // White space there is compared before it is passed, which may take the next piece.
+  const std::string_view found =
+      tokens.Type (p) == XML_WhiteSpace ? std::string_view (" ") : tokens.Take (p);
   if (found != name) throw Str ("closing tag mismatch: ") + Str (name) + Str (" vs ") + Str (found);
   tokens.MoveTo (tokens.Expect (XML_GreaterThan, p));
 }
