@@ -131,20 +131,15 @@ bool FlagsFromText (const Enumeration& table, std::string_view text, int32_t& nu
   return true;
 }
 
-bool FindFlagsText (const Enumeration& table, int32_t number, Str& text) {
-  text = Str ();
+Str FlagsToText (const Enumeration& table, int32_t number) {
+  Str text;
   for (const Enumerator& row : table.rows) {
     if ((row.number & number) == 0) continue;
     if (!text.IsEmpty ()) text += ' ';
     text += row.name;
     number &= ~row.number;
   }
-  return number == 0;
-}
-
-Str FlagsToText (const Enumeration& table, int32_t number) {
-  Str text;
-  if (FindFlagsText (table, number, text)) return text;
+  if (number == 0) return text;
   AssertImproper (table);
   return Str ();
 }

@@ -55,10 +55,8 @@ const char* EnumToText (const Enumeration& table, int32_t number);
 /// and the word in `unknown`, when one of them is not in the table.
 bool FlagsFromText (const Enumeration& table, std::string_view text, int32_t& number,
                     std::string_view& unknown);
-/// Blank-separated words of the bits that are set, in the order of the table. False, with the
-/// words there are, when a bit has none.
-bool FindFlagsText (const Enumeration& table, int32_t number, Str& text);
-/// The same; for a bit without a word asserts "!"improper T"" and gives an empty text.
+/// Blank-separated words of the bits that are set, in the order of the table; for a bit without a
+/// word asserts "!"improper T"" and gives an empty text.
 Str FlagsToText (const Enumeration& table, int32_t number);
 
 /// The face of a theodolite that an observation was taken on.
