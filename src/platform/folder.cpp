@@ -3,7 +3,6 @@
 // host. Leans on text for letters without a locale, and on os.
 #include "platform/folder.h"
 
-#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -279,7 +278,7 @@ bool folder_Unmount (const Str& deviceRoot) {
 Str folder_HostPath (const Str& devicePath) {
   const Place place = Locate (devicePath);
   if (!place.isThere) return {};
-  const Str exact = place.base + place.rest;
+  Str exact = place.base + place.rest;
   if (!place.isCaseless || os_NameIsTaken (exact.Data ())) return exact;
   return SecondLook (place);
 }
@@ -310,12 +309,12 @@ Str folder_DevicePath (const Str& hostPath) {
     device.Replace ('/', '\\');
     if (leadsTo (device, best->host + Str (WithoutLastDot (rest)))) return device;
   }
-  const Str plain = WithSeparators (host, '/', '\\');
+  Str plain = WithSeparators (host, '/', '\\');
   if (leadsTo (plain, hostPath)) return plain;
   // Some root of the device has this spelling; a step through "." avoids it.
   const bool isAbsolute = host.View ().front () == '/';
   const Str step = isAbsolute ? "/." : "./";
-  const Str aside = WithSeparators (step, '/', '\\') + plain;
+  Str aside = WithSeparators (step, '/', '\\') + plain;
   return leadsTo (aside, step + hostPath) ? aside : Str ();
 }
 

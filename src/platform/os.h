@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
-#include <source_location>
 #include <vector>
 
 #include "str.h"
@@ -101,8 +100,8 @@ const char* os_TemporaryDirectory () noexcept;
 int os_FreeSpace (const char* directory, uint64_t& bytes);
 
 /// Tells Environment of a failure: the caller's source and line, the error, the file's whole name.
-void os_Report (int error, const Str& name,
-                const std::source_location& where = std::source_location::current ());
+void os_Report (int error, const Str& name, const char* file = __builtin_FILE(),
+                int line = __builtin_LINE());
 
 /// What a fault can strike.
 enum class os_Operation { Read, Write, Resize, Sync, Create, Move };

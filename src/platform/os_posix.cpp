@@ -11,8 +11,6 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -321,11 +319,9 @@ int os_FreeSpace (const char* directory, uint64_t& bytes) {
   return 0;
 }
 
-void os_Report (int error, const Str& name, const std::source_location& where) {
-  const char* source = where.file_name ();
-  if (const char* const slash = std::strrchr (source, '/')) source = slash + 1;
-  Environment::Get ()->ReportFileError (source, static_cast<int> (where.line ()), error,
-                                        name.Data ());
+void os_Report (int error, const Str& name, const char* file, int line) {
+  if (const char* const slash = std::strrchr (file, '/')) file = slash + 1;
+  Environment::Get ()->ReportFileError (file, line, error, name.Data ());
 }
 
 os_Faults* os_InstallFaults (os_Faults* faults) noexcept {
