@@ -110,8 +110,10 @@ void Str::SetAt (int i, char character) {
 
 void Str::Fill (char character, int count) {
   if (!Assert (character != 0, "Character") || !Assert (count >= 0, "Count >= 0")) return;
-  _Length = 0;
-  *_Pointer = 0;
+  if (count == 0) {
+    Truncate (0);
+    return;
+  }
   Reserve (static_cast<std::size_t> (count));
   std::memset (_Pointer, character, static_cast<std::size_t> (count));
   _Length = count;
