@@ -7,8 +7,11 @@ namespace clxml {
 
 std::span<const std::span<const Conversion>> AllConversions () noexcept {
   static const std::span<const Conversion> families[] = {
-      EntityConversions (),      PointConversions (),  FeatureConversions (),
-      MeasurementConversions (), OffsetConversions (), RoadConversions (),
+      EntityConversions (),      PointConversions (),   FeatureConversions (),
+      MeasurementConversions (), OffsetConversions (),  ResidualConversions (),
+      CoordSystemConversions (), StationConversions (), ScanConversions (),
+      GPSConversions (),         SettingConversions (), StakeoutConversions (),
+      MarkerConversions (),      RoadConversions (),
   };
   return families;
 }

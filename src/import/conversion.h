@@ -62,6 +62,14 @@ std::span<const Conversion> PointConversions () noexcept;        // points.cpp
 std::span<const Conversion> FeatureConversions () noexcept;      // features.cpp
 std::span<const Conversion> MeasurementConversions () noexcept;  // measurements.cpp
 std::span<const Conversion> OffsetConversions () noexcept;       // offsets.cpp
+std::span<const Conversion> ResidualConversions () noexcept;     // residuals.cpp
+std::span<const Conversion> CoordSystemConversions () noexcept;  // coordsystems.cpp
+std::span<const Conversion> StationConversions () noexcept;      // stations.cpp
+std::span<const Conversion> ScanConversions () noexcept;         // scans.cpp
+std::span<const Conversion> GPSConversions () noexcept;          // gps.cpp
+std::span<const Conversion> SettingConversions () noexcept;      // settings.cpp
+std::span<const Conversion> StakeoutConversions () noexcept;     // stakeout.cpp
+std::span<const Conversion> MarkerConversions () noexcept;       // markers.cpp
 std::span<const Conversion> RoadConversions () noexcept;         // roadcapture.cpp
 
 /// All tables.

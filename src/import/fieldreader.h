@@ -26,6 +26,9 @@ struct Versions {
 };
 constexpr Versions From (int32_t version) noexcept { return {.from = version}; }
 constexpr Versions Below (int32_t version) noexcept { return {.below = version}; }
+constexpr Versions Between (int32_t from, int32_t below) noexcept {
+  return {.from = from, .below = below};
+}
 
 /// The message of a field that cannot be read: `Invalid TYPE name="TAG" with value="TEXT"`.
 Str InvalidField (std::string_view typeWord, std::string_view tag, std::string_view value);
