@@ -16,7 +16,7 @@ struct Options {
   uint64_t points = 1000;
   uint64_t seed = 1;
   int version = 1140;
-  bool compact = false;  // few very long lines
+  bool compact = false;  // few lines of some 12,000 bytes
   bool sparse = false;   // record numbers spread over 32 bits
   bool notes = false;    // a note of some kilobytes at each tenth point
   bool lists = false;    // areas of some thousand points
@@ -61,9 +61,12 @@ class Writer {
     const auto end = std::to_chars (digits, digits + sizeof digits, value, base).ptr;
     Raw ({digits, static_cast<std::size_t> (end - digits)});
   }
+  // A new line; in a compact file only where the line would outgrow what a reader takes in one.
   void Line (int level) {
-    if (options.compact) return;
+    if (options.compact && buffer.size () - lineStart < 12000) return;
     Raw ("\n");
+    lineStart = buffer.size ();
+    if (options.compact) return;
     for (int i = 0; i < level; i++) Raw ("  ");
   }
   // A record's start tag with the next record number, which is the answer.
@@ -116,6 +119,7 @@ class Writer {
       std::exit (1);
     }
     buffer.clear ();
+    lineStart = 0;
   }
 
  private:
@@ -131,6 +135,7 @@ class Writer {
 
   const Options& options;
   std::string buffer;
+  std::size_t lineStart = 0;
   uint64_t records = 0;
 };
 
