@@ -1,0 +1,261 @@
+// clxml import: an exchange file becomes a job.
+// One import through the exported functions, into JOB.part, which takes its name at the end. Leans
+// on clxmli.h, CLI11 and hostfile.
+#include <clxmli.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "Library/xml/xmlparser.h"
+#include "common.h"
+#include "hostfile.h"
+
+namespace clxml::tool {
+namespace {
+
+struct ImportOptions {
+  std::string exchange;
+  std::string job;
+  bool quiet = false;
+  bool force = false;
+};
+
+// A bar on standard error, on a terminal only.
+class ProgressBar {
+ public:
+  explicit ProgressBar (bool wanted) : _Wanted (wanted && ::isatty (STDERR_FILENO)) {}
+  ~ProgressBar () { Clear (); }
+
+  // Called for every element, so it looks at the clock only now and then.
+  void Show (uint32_t percent) {
+    if (!_Wanted || (percent == _Percent && ++_Calls % 512 != 0)) return;
+    const auto elapsed = std::chrono::duration_cast<std::chrono::seconds> (
+        std::chrono::steady_clock::now () - _Start);
+    const long seconds = static_cast<long> (elapsed.count ());
+    if (percent == _Percent && seconds == _Seconds) return;
+    _Percent = percent;
+    _Seconds = seconds;
+    constexpr int width = 40;
+    const int full = static_cast<int> (percent > 100 ? 100 : percent) * width / 100;
+    std::string bar (static_cast<std::size_t> (full), '#');
+    bar.resize (width, '.');
+    std::fprintf (stderr, "\r[%s] %3u %%  %ld:%02ld ", bar.c_str (), percent, seconds / 60,
+                  seconds % 60);
+    std::fflush (stderr);
+    _IsShown = true;
+  }
+  void Clear () {
+    if (_IsShown) std::fprintf (stderr, "\r%*s\r", 64, "");
+    _IsShown = false;
+  }
+
+ private:
+  bool _Wanted;
+  bool _IsShown = false;
+  uint32_t _Percent = UINT32_MAX;
+  unsigned _Calls = 0;
+  long _Seconds = -1;
+  std::chrono::steady_clock::time_point _Start = std::chrono::steady_clock::now ();
+};
+
+volatile std::sig_atomic_t isInterrupted = 0;
+
+// While one lives, the first Ctrl-C (or a request to end) asks the import to stop; the second one
+// ends the process as ever. A signal that the caller had ignored stays ignored.
+class Interruptions {
+ public:
+  Interruptions () {
+    isInterrupted = 0;
+    for (std::size_t i = 0; i < std::size (signals); i++) {
+      struct sigaction action {};
+      action.sa_handler = [] (int) { isInterrupted = 1; };
+      action.sa_flags = static_cast<int> (SA_RESETHAND);
+      ::sigaction (signals[i], nullptr, &_Before[i]);
+      if (_Before[i].sa_handler != SIG_IGN) ::sigaction (signals[i], &action, nullptr);
+    }
+  }
+  ~Interruptions () {
+    for (std::size_t i = 0; i < std::size (signals); i++)
+      ::sigaction (signals[i], &_Before[i], nullptr);
+  }
+  Interruptions (const Interruptions&) = delete;
+  Interruptions& operator= (const Interruptions&) = delete;
+
+ private:
+  static constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
+  struct sigaction _Before[std::size (signals)];
+};
+
+// The import that runs. The exported callback has no argument for it.
+struct Running {
+  std::string part;
+  HostLock lock;  // on the part file from the first element on: two imports cannot share it
+  ProgressBar bar;
+  bool isTaken = false;
+};
+Running* running = nullptr;
+
+uint32_t OnProgress (uint32_t percent) {
+  if (!running->lock.IsHeld ()) {
+    const int error = running->lock.Take (running->part);
+    running->isTaken = error == EWOULDBLOCK;
+    if (running->isTaken) return 0;
+  }
+  running->bar.Show (percent);
+  return isInterrupted ? 0 : 1;
+}
+
+std::vector<std::string> FetchExtraOutputs () {
+  std::vector<std::string> names;
+  const int32_t count = clxmli_ExtraOutputFileCount ();
+  for (int32_t i = 0; i < count; i++) {
+    uint16_t name[CLXMLI_NAME_UNITS];
+    char path[3 * CLXMLI_NAME_UNITS + 1];
+    clxmli_GetExtraOutputFileName (name, i);
+    if (name[0] == 0)
+      Say ("warning: an extra output file has a name of 260 bytes or more, which cannot be told");
+    else if (clxmli_HostPath (name, path, sizeof path))
+      names.emplace_back (path);
+  }
+  return names;
+}
+
+// The paths in a message of the library, as the user wrote them.
+std::string InHostForm (std::string text, const std::string& device, const std::string& host) {
+  for (std::size_t at = 0; (at = text.find (device, at)) != std::string::npos; at += host.size ())
+    text.replace (at, device.size (), host);
+  return text;
+}
+
+std::string Joined (const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) text += (text.empty () ? "" : ", ") + name;
+  return text;
+}
+
+// What stands in the way before anything is read.
+void MakeRoom (const ImportOptions& options, const std::string& part) {
+  if (host_IsSame (options.exchange, options.job) || host_IsSame (options.exchange, part))
+    throw Refusal{STATUS_Usage, "the exchange file and the job must be two files"};
+  if (host_Stands (options.job)) {
+    if (!options.force)
+      throw Refusal{IMPORT_CannotCreateJob,
+                    options.job + " exists already; --force replaces it at the end of the import"};
+    if (!host_IsRegular (options.job))
+      throw Refusal{IMPORT_CannotCreateJob, options.job + " is no regular file"};
+  }
+  HostLock leftover;
+  const int error = leftover.Take (part);
+  if (error == EWOULDBLOCK)
+    throw Refusal{IMPORT_CannotCreateJob, "another import is writing " + part};
+  if (const int failed = host_Remove (part))
+    throw Refusal{IMPORT_CannotCreateJob, part + ": " + host_Reason (failed)};
+}
+
+// The finished part file becomes the job.
+void TakeName (const ImportOptions& options, Running& run) {
+  const auto refuse = [&] (int status, const std::string& message) {
+    if (run.lock.StandsAt (run.part)) host_Remove (run.part);
+    throw Refusal{status, message};
+  };
+  if (isInterrupted) refuse (IMPORT_Cancelled, "cancelled; no job was written");
+  if (!run.lock.StandsAt (run.part))
+    refuse (IMPORT_Failed, run.part + " was taken away during the import");
+  if (const int error = host_Sync (run.part))
+    refuse (IMPORT_Failed, run.part + ": " + host_Reason (error));
+  const int error = options.force ? host_RenameOver (run.part, options.job)
+                                  : host_RenameFresh (run.part, options.job);
+  if (error == EEXIST)
+    refuse (IMPORT_CannotCreateJob, options.job + " came to exist during the import");
+  if (error) refuse (IMPORT_CannotCreateJob, options.job + ": " + host_Reason (error));
+  if (const int failed = host_SyncFolderOf (options.job))
+    Say ("warning: the folder of " + options.job +
+         " was not brought to the medium: " + host_Reason (failed));
+}
+
+int RunImport (const ImportOptions& options, Ear& ear) {
+  Running run{options.job + ".part", {}, ProgressBar (!options.quiet)};
+  const std::string exchange = DevicePath (options.exchange, IMPORT_BadInput);
+  const std::string part = DevicePath (run.part, IMPORT_CannotCreateJob);
+  MakeRoom (options, run.part);
+
+  std::string reason;  // the last line that is logged: the text of a failure
+  ear.Listen ([&] (std::string_view text) {
+    if (text == xml_LongLines) {
+      run.bar.Clear ();
+      Say ("warning: " + options.exchange + ": " + std::string (text));
+    } else {
+      reason = text;
+    }
+  });
+  uint32_t result = IMPORT_Failed;
+  {
+    const Interruptions interruptions;
+    running = &run;
+    try {
+      result = ImportCLXMLFile (exchange.c_str (), part.c_str (), OnProgress);
+    } catch (const std::bad_alloc&) {
+      reason = "out of memory";
+    }
+    running = nullptr;
+    run.bar.Clear ();
+    ear.Listen (nullptr);
+    if (result == IMPORT_Ok) TakeName (options, run);
+  }
+  const std::vector<std::string> extras = FetchExtraOutputs ();
+  if (result == IMPORT_Ok) {
+    for (const std::string& name : extras) Print (name + "\n");
+    return IMPORT_Ok;
+  }
+  if (run.isTaken) throw Refusal{IMPORT_CannotCreateJob, "another import is writing " + run.part};
+  std::string message;
+  switch (result) {
+    case IMPORT_Cancelled:
+      message = "cancelled; no job was written";
+      break;
+    case IMPORT_CannotCreateJob:
+      message = "cannot make the job";
+      if (!ear.LastFileError ().empty ()) message += ": " + ear.LastFileError ();
+      break;
+    default:
+      message = InHostForm (reason.empty () ? "the import failed" : reason, part, run.part);
+      message = InHostForm (message, exchange, options.exchange);
+      if (!message.starts_with (options.exchange)) message = options.exchange + ": " + message;
+      if (!ear.LastFileError ().empty ()) message += "\n" + ear.LastFileError ();
+  }
+  if (!extras.empty ()) message += "\nRoad files that were written stay: " + Joined (extras);
+  throw Refusal{static_cast<int> (result), message};
+}
+
+}  // namespace
+
+void AddImport (CLI::App& app, Session& session) {
+  const auto options = std::make_shared<ImportOptions> ();
+  CLI::App* command = app.add_subcommand ("import", "Make a job file from an exchange file");
+  command->add_option ("EXCHANGE", options->exchange, "The exchange file (XML) of the old job")
+      ->required ();
+  command->add_option ("JOB", options->job, "The job file to make")->required ();
+  command->add_flag ("-q,--quiet", options->quiet, "No progress bar");
+  command->add_flag ("-f,--force", options->force,
+                     "Replace JOB if it exists, at the end of a whole import");
+  command->footer (
+      "The job is written to JOB.part and takes its name at the end. Files that were written\n"
+      "beside the job are listed on standard output, one a line.\n"
+      "Exit status: 0 done, 1 cancelled (Ctrl-C), 2 the import failed, 4 no usable exchange file,\n"
+      "5 the job cannot be made.\n"
+      "Example: clxml import examples/boundary_1140.xml lot7.job");
+  command->callback ([&session, options] {
+    session.run = [&session, options] { return RunImport (*options, session.ear); };
+  });
+}
+
+}  // namespace clxml::tool
