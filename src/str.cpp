@@ -15,76 +15,72 @@ std::string_view ViewOf (const char* text) noexcept { return text != nullptr ? t
 
 }  // namespace
 
-void Str::Take (const char* text, std::size_t length) {
+void Str::TakeLong (std::string_view text) {
+  const std::size_t length = text.size ();
   char* buffer = length <= MaximumLength ? static_cast<char*> (std::malloc (length + 1)) : nullptr;
   if (buffer == nullptr) [[unlikely]]
     NoRoom (length);
-  std::memcpy (buffer, text, length);
+  std::memcpy (buffer, text.data (), length);
   buffer[length] = 0;
-  _Pointer = buffer;
-  _Length = _Capacity = static_cast<int32_t> (length);
+  SetHeap (buffer, length, length);
 }
 
 void Str::Assign (const char* text, std::size_t length) {
-  if (length > static_cast<std::size_t> (_Capacity)) {
-    Str made;
-    made.Take (text, length);
-    *this = std::move (made);
-  } else if (length > 0 || _Length > 0) {
+  if (length > Capacity ()) {
+    *this = Str (std::string_view (text, length), Whole ());
+  } else if (length > 0 || Length () > 0) {
     // A part of this string always fits and comes here.
-    if (length > 0) std::memmove (_Pointer, text, length);
-    _Pointer[length] = 0;
-    _Length = static_cast<int32_t> (length);
+    if (length > 0) std::memmove (Text (), text, length);
+    SetLength (length);
   }
 }
 
-Str::Str (char character) : _Pointer (_Empty) {
-  if (character != 0) Take (&character, 1);
-}
+Str::Str (char character)
+    : Str (std::string_view (&character, character != 0 ? 1u : 0u), Whole ()) {}
 
-Str::Str (const char* first, const char* second) : _Pointer (_Empty) {
+Str::Str (const char* first, const char* second) : Str () {
   const std::string_view a = ViewOf (first), b = ViewOf (second);
-  if (b.empty ()) {
-    if (!a.empty ()) Take (a.data (), a.size ());
-    return;
-  }
-  // One buffer of the exact size; should the second throw, the first is freed by its owner.
-  Str both;
-  both.Reserve (a.size () + b.size ());
-  both.Append (a.data (), a.size ());
-  both.Append (b.data (), b.size ());
-  *this = std::move (both);
+  // One buffer of the exact size; should a step throw, the delegating constructor frees it.
+  Reserve (a.size () + b.size ());
+  Append (a.data (), a.size ());
+  Append (b.data (), b.size ());
 }
 
 void Str::Reserve (std::size_t capacity) {
-  if (capacity <= static_cast<std::size_t> (_Capacity)) return;
+  if (capacity <= Capacity ()) return;
   if (capacity > MaximumLength) NoRoom (capacity);
+  const auto length = static_cast<std::size_t> (Length ());
+  if (capacity <= InlineRoom) {  // of the shared empty buffer
+    _Store[0] = 0;
+    _Store[Tag] = static_cast<char> (0x80);
+    return;
+  }
   // realloc moves large blocks by remapping them, not by copying.
-  void* buffer = std::realloc (_Capacity > 0 ? _Pointer : nullptr, capacity + 1);
+  const bool isOnHeap = !IsInline () && HeapCapacity () > 0;
+  void* buffer = std::realloc (isOnHeap ? HeapPointer () : nullptr, capacity + 1);
   if (buffer == nullptr) NoRoom (capacity);
-  _Pointer = static_cast<char*> (buffer);
-  _Pointer[_Length] = 0;
-  _Capacity = static_cast<int32_t> (capacity);
+  char* text = static_cast<char*> (buffer);
+  if (!isOnHeap) std::memcpy (text, Data (), length);
+  text[length] = 0;
+  SetHeap (text, length, capacity);
 }
 
 void Str::GrowAndAppend (const char* text, std::size_t length) {
-  const std::size_t oldLength = static_cast<std::size_t> (_Length);
+  const auto oldLength = static_cast<std::size_t> (Length ());
   if (length > MaximumLength - oldLength) NoRoom (oldLength + length);
   // What is appended may be a part of this string, whose buffer is about to move.
   const std::less<const char*> before;
-  const bool own = !before (text, _Pointer) && before (text, _Pointer + oldLength);
-  const std::size_t place = own ? static_cast<std::size_t> (text - _Pointer) : 0;
+  const bool own = !before (text, Data ()) && before (text, Data () + oldLength);
+  const std::size_t place = own ? static_cast<std::size_t> (text - Data ()) : 0;
   // By half, so that n appended bytes are copied O(n) times; a first append is of the exact size.
-  const std::size_t half = static_cast<std::size_t> (_Capacity) / 2;
-  const std::size_t grown = oldLength > 0 ? static_cast<std::size_t> (_Capacity) + half + 15 : 0;
+  const std::size_t grown = oldLength > 0 ? Capacity () + Capacity () / 2 + 15 : 0;
   Reserve (std::clamp (grown, oldLength + length, MaximumLength));
-  std::memcpy (_Pointer + oldLength, own ? _Pointer + place : text, length);
-  _Length = static_cast<int32_t> (oldLength + length);
-  _Pointer[_Length] = 0;
+  std::memcpy (Text () + oldLength, own ? Data () + place : text, length);
+  SetLength (oldLength + length);
 }
 
 char& Str::Outside (int i) const {
-  Assert (i < _Length, "i < _Length");
+  Assert (i < Length (), "i < _Length");
   Assert (i >= 0, "i >= 0");
   thread_local char nowhere;
   nowhere = 0;
@@ -97,63 +93,59 @@ void Str::NoRoom (std::size_t length) {
 }
 
 bool Str::EqualInsensitive (const Str& other) const noexcept {
-  return _Length == other._Length &&
-         std::equal (_Pointer, _Pointer + _Length, other._Pointer, [] (char a, char b) {
-           return a == b || text_ToLower (a) == text_ToLower (b);
-         });
+  return std::ranges::equal (View (), other.View (), [] (char a, char b) {
+    return a == b || text_ToLower (a) == text_ToLower (b);
+  });
 }
 
 void Str::SetAt (int i, char character) {
-  const bool inside = Assert (i < _Length, "i < _Length") && Assert (i >= 0, "i >= 0");
-  if (Assert (character != 0, "Character") && inside) _Pointer[i] = character;
+  const bool inside = Assert (i < Length (), "i < _Length") && Assert (i >= 0, "i >= 0");
+  if (Assert (character != 0, "Character") && inside) Text ()[i] = character;
 }
 
 void Str::Fill (char character, int count) {
   if (!Assert (character != 0, "Character") || !Assert (count >= 0, "Count >= 0")) return;
-  if (count == 0) {
-    Truncate (0);
-    return;
-  }
-  Reserve (static_cast<std::size_t> (count));
-  std::memset (_Pointer, character, static_cast<std::size_t> (count));
-  _Length = count;
-  _Pointer[count] = 0;
+  const auto length = static_cast<std::size_t> (count);
+  if (length == 0) return Truncate (0);
+  Reserve (length);
+  std::memset (Text (), character, length);
+  SetLength (length);
 }
 
 void Str::Truncate (int length) {
-  if (length >= _Length) return;
-  _Length = std::max (length, 0);
-  _Pointer[_Length] = 0;
+  if (length < Length ()) SetLength (static_cast<std::size_t> (std::max (length, 0)));
 }
 
 void Str::MakeLower () {
-  Assert (_Pointer != nullptr, "_Pointer");
-  std::transform (_Pointer, _Pointer + _Length, _Pointer, text_ToLower);
+  char* text = Text ();
+  Assert (text != nullptr, "_Pointer");
+  std::transform (text, text + Length (), text, text_ToLower);
 }
 
 void Str::MakeUpper () {
-  Assert (_Pointer != nullptr, "_Pointer");
-  std::transform (_Pointer, _Pointer + _Length, _Pointer, text_ToUpper);
+  char* text = Text ();
+  Assert (text != nullptr, "_Pointer");
+  std::transform (text, text + Length (), text, text_ToUpper);
 }
 
 int Str::Find (char character, int start) const noexcept {
   const std::size_t found =
       View ().find (character, static_cast<std::size_t> (std::max (start, 0)));
-  return found == std::string_view::npos ? _Length : static_cast<int> (found);
+  return found == std::string_view::npos ? Length () : static_cast<int> (found);
 }
 
 int Str::Find (const char* text, int start) const noexcept {
-  if (text == nullptr || start >= _Length) return _Length;
+  if (text == nullptr || start >= Length ()) return Length ();
   const std::size_t found = View ().find (text, static_cast<std::size_t> (std::max (start, 0)));
-  return found == std::string_view::npos ? _Length : static_cast<int> (found);
+  return found == std::string_view::npos ? Length () : static_cast<int> (found);
 }
 
 int Str::ReverseFind (char character) const noexcept {
   const std::size_t found = View ().rfind (character);
-  return found == std::string_view::npos ? _Length : static_cast<int> (found);
+  return found == std::string_view::npos ? Length () : static_cast<int> (found);
 }
 
-bool Str::Contains (char character) const noexcept { return Find (character) < _Length; }
+bool Str::Contains (char character) const noexcept { return Find (character) < Length (); }
 
 void Str::TrimLeft (char character) {
   const char set[] = {character, 0};
@@ -162,12 +154,12 @@ void Str::TrimLeft (char character) {
 
 void Str::TrimLeft (const char* set) {
   const std::size_t kept = View ().find_first_not_of (ViewOf (set));
-  Delete (0, kept == std::string_view::npos ? _Length : static_cast<int> (kept));
+  Delete (0, kept == std::string_view::npos ? Length () : static_cast<int> (kept));
 }
 
 void Str::TrimRight (char character) {
-  int length = _Length;
-  while (length > 0 && _Pointer[length - 1] == character) length--;
+  int length = Length ();
+  while (length > 0 && Data ()[length - 1] == character) length--;
   Truncate (length);
 }
 
@@ -178,7 +170,7 @@ void Str::Trim (char character) {
 
 void Str::Replace (char oldCharacter, char newCharacter) {
   if (!Assert (oldCharacter != 0 && newCharacter != 0, "Old && New")) return;
-  std::replace (_Pointer, _Pointer + _Length, oldCharacter, newCharacter);
+  std::replace (Text (), Text () + Length (), oldCharacter, newCharacter);
 }
 
 void Str::ReplaceAll (const char* oldText, const char* newText) {
@@ -205,23 +197,22 @@ Str Str::Left (int n) const {
 }
 
 Str Str::From (int i) const {
-  if (!Assert (i >= 0, "i >= 0") || i >= _Length) return Str ();
+  if (!Assert (i >= 0, "i >= 0") || i >= Length ()) return Str ();
   return Str (View ().substr (static_cast<std::size_t> (i)));
 }
 
 Str Str::Mid (int start, int count) const {
   start = std::max (start, 0);
-  if (start >= _Length || count <= 0) return Str ();
+  if (start >= Length () || count <= 0) return Str ();
   return Str (View ().substr (static_cast<std::size_t> (start), static_cast<std::size_t> (count)));
 }
 
 void Str::Delete (int i, int n) {
   const bool validPlace = Assert (i >= 0, "i >= 0");
-  if (!Assert (n >= 0, "n >= 0") || !validPlace || i >= _Length || n == 0) return;
-  n = std::min (n, _Length - i);
-  std::memmove (_Pointer + i, _Pointer + i + n, static_cast<std::size_t> (_Length - i - n));
-  _Length -= n;
-  _Pointer[_Length] = 0;
+  if (!Assert (n >= 0, "n >= 0") || !validPlace || i >= Length () || n == 0) return;
+  n = std::min (n, Length () - i);
+  std::memmove (Text () + i, Data () + i + n, static_cast<std::size_t> (Length () - i - n));
+  SetLength (static_cast<std::size_t> (Length () - n));
 }
 
 Str Str::ExtractLeft (int n) {

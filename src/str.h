@@ -35,41 +35,28 @@ constexpr char text_ToUpper (char c) noexcept {
 class Str {
  public:
   /// The empty string; all empty strings made by construction share one buffer.
-  Str () noexcept : _Pointer (_Empty) {}
-  Str (const Str& other) : _Pointer (_Empty) {
-    if (other._Length > 0) Take (other._Pointer, static_cast<std::size_t> (other._Length));
-  }
+  Str () noexcept { BecomeEmpty (); }
+  Str (const Str& other) : Str (other.View (), Whole ()) {}
   /// Leaves the empty string behind.
-  Str (Str&& other) noexcept
-      : _Pointer (std::exchange (other._Pointer, _Empty)),
-        _Length (std::exchange (other._Length, 0)),
-        _Capacity (std::exchange (other._Capacity, 0)) {}
+  Str (Str&& other) noexcept { MoveFrom (other); }
   /// A copy of a zero-terminated text; null and "" give the empty string.
-  Str (const char* text) : _Pointer (_Empty) {
-    if (text != nullptr && *text != 0) Take (text, std::strlen (text));
-  }
+  Str (const char* text) : Str (std::string_view (text != nullptr ? text : ""), Whole ()) {}
   /// A copy of the bytes of a view up to its end or its first zero byte.
-  explicit Str (std::string_view text) : _Pointer (_Empty) {
-    if (const std::size_t length = UpToZero (text); length > 0) Take (text.data (), length);
-  }
+  explicit Str (std::string_view text) : Str (text.substr (0, UpToZero (text)), Whole ()) {}
   /// One character; 0 gives the empty string.
   explicit Str (char character);
   /// Two zero-terminated texts behind each other; either may be null.
   Str (const char* first, const char* second);
-  ~Str () {
-    if (_Capacity > 0) std::free (_Pointer);
-  }
+  ~Str () { Free (); }
 
   Str& operator= (const Str& other) {
-    Assign (other._Pointer, static_cast<std::size_t> (other._Length));
+    Assign (other.Data (), static_cast<std::size_t> (other.Length ()));
     return *this;
   }
   Str& operator= (Str&& other) noexcept {
     if (this != &other) {
-      if (_Capacity > 0) std::free (_Pointer);
-      _Pointer = std::exchange (other._Pointer, _Empty);
-      _Length = std::exchange (other._Length, 0);
-      _Capacity = std::exchange (other._Capacity, 0);
+      Free ();
+      MoveFrom (other);
     }
     return *this;
   }
@@ -84,7 +71,7 @@ class Str {
   }
   /// Appends; the string itself, or a part of it, may be what is appended.
   Str& operator+= (const Str& other) {
-    Append (other._Pointer, static_cast<std::size_t> (other._Length));
+    Append (other.Data (), static_cast<std::size_t> (other.Length ()));
     return *this;
   }
   Str& operator+= (const char* text) {
@@ -101,17 +88,19 @@ class Str {
     return *this;
   }
 
-  int Length () const noexcept { return _Length; }
-  /// The bytes and their terminator; never null.
-  const char* Data () const noexcept { return _Pointer; }
-  std::string_view View () const noexcept { return {_Pointer, static_cast<std::size_t> (_Length)}; }
-  bool IsEmpty () const noexcept { return *_Pointer == 0; }
+  int Length () const noexcept { return IsInline () ? _Store[Tag] & 0x7F : HeapLength (); }
+  /// The bytes and their terminator; never null, valid until the string changes or moves.
+  const char* Data () const noexcept { return IsInline () ? _Store : HeapPointer (); }
+  std::string_view View () const noexcept {
+    return {Data (), static_cast<std::size_t> (Length ())};
+  }
+  bool IsEmpty () const noexcept { return *Data () == 0; }
   /// Equal lengths, and bytes that are equal or fold to the same lower-case letter.
   bool EqualInsensitive (const Str& other) const noexcept;
 
   /// Asserts "i < _Length" and "i >= 0"; outside the text it refers to a zero byte of its own.
-  char operator[] (int i) const { return i >= 0 && i < _Length ? _Pointer[i] : Outside (i); }
-  char& operator[] (int i) { return i >= 0 && i < _Length ? _Pointer[i] : Outside (i); }
+  char operator[] (int i) const { return i >= 0 && i < Length () ? Data ()[i] : Outside (i); }
+  char& operator[] (int i) { return i >= 0 && i < Length () ? Text ()[i] : Outside (i); }
   /// Sets one byte; asserts as operator[] and against 0 ("Character"), and then leaves the text as
   /// it is.
   void SetAt (int i, char character);
@@ -171,19 +160,84 @@ class Str {
                ? text.size ()
                : static_cast<std::size_t> (static_cast<const char*> (zero) - text.data ());
   }
-  // Makes the string from length bytes, at least one; it holds the shared buffer before.
-  void Take (const char* text, std::size_t length);
+  // Most texts of a survey are short: up to 14 bytes stand in the object itself, with a tag of 0x80
+  // plus the length behind them. Of a longer one it holds pointer, length and capacity, whose
+  // highest byte is the tag and below 0x80; the empty string is of this kind, with capacity 0.
+  static constexpr int Tag = 15;
+  static constexpr std::size_t InlineRoom = 14;
+
+  bool IsInline () const noexcept { return (_Store[Tag] & 0x80) != 0; }
+  char* HeapPointer () const noexcept {
+    char* pointer;
+    std::memcpy (&pointer, _Store, sizeof pointer);
+    return pointer;
+  }
+  int32_t HeapLength () const noexcept {
+    int32_t length;
+    std::memcpy (&length, _Store + 8, sizeof length);
+    return length;
+  }
+  int32_t HeapCapacity () const noexcept {
+    uint32_t capacity = 0;
+    for (int i = 0; i < 4; i++)
+      capacity |= static_cast<uint32_t> (static_cast<uint8_t> (_Store[12 + i])) << (8 * i);
+    return static_cast<int32_t> (capacity);
+  }
+  void SetHeap (char* pointer, std::size_t length, std::size_t capacity) noexcept {
+    static_assert (sizeof pointer <= 8);
+    std::memcpy (_Store, &pointer, sizeof pointer);
+    const auto count = static_cast<int32_t> (length);
+    std::memcpy (_Store + 8, &count, sizeof count);
+    for (int i = 0; i < 4; i++) _Store[12 + i] = static_cast<char> (capacity >> (8 * i));
+  }
+  char* Text () noexcept { return IsInline () ? _Store : HeapPointer (); }
+  std::size_t Capacity () const noexcept {
+    return IsInline () ? InlineRoom : static_cast<std::size_t> (HeapCapacity ());
+  }
+  // Sets the length, at most the capacity, and the terminator.
+  void SetLength (std::size_t length) noexcept {
+    if (IsInline ()) {
+      _Store[length] = 0;
+      _Store[Tag] = static_cast<char> (0x80 | length);
+    } else {
+      const auto count = static_cast<int32_t> (length);
+      std::memcpy (_Store + 8, &count, sizeof count);
+      HeapPointer ()[length] = 0;
+    }
+  }
+  void BecomeEmpty () noexcept { SetHeap (_Empty, 0, 0); }
+  void Free () noexcept {
+    if (!IsInline () && HeapCapacity () > 0) std::free (HeapPointer ());
+  }
+  void MoveFrom (Str& other) noexcept {
+    std::memcpy (_Store, other._Store, sizeof _Store);
+    other.BecomeEmpty ();
+  }
+  // A text without a zero byte in it.
+  struct Whole {};
+  Str (std::string_view text, Whole) {
+    if (text.empty ())
+      BecomeEmpty ();
+    else if (text.size () <= InlineRoom) {
+      std::memcpy (_Store, text.data (), text.size ());
+      _Store[text.size ()] = 0;
+      _Store[Tag] = static_cast<char> (0x80 | text.size ());
+    } else {
+      TakeLong (text);
+    }
+  }
+  void TakeLong (std::string_view text);
   // The bytes may be a part of the string itself.
   void Assign (const char* text, std::size_t length);
   void Append (const char* text, std::size_t length) {
     if (length == 0) return;
-    if (length > static_cast<std::size_t> (_Capacity - _Length)) {
+    const auto held = static_cast<std::size_t> (Length ());
+    if (length > Capacity () - held) {
       GrowAndAppend (text, length);
       return;
     }
-    std::memcpy (_Pointer + _Length, text, length);
-    _Length += static_cast<int32_t> (length);
-    _Pointer[_Length] = 0;
+    std::memcpy (Text () + held, text, length);
+    SetLength (held + length);
   }
   // Room for capacity bytes and the terminator.
   void Reserve (std::size_t capacity);
@@ -197,9 +251,7 @@ class Str {
   // Shared by all empty strings; only zeros are written to it.
   static inline constinit char _Empty[1] = {0};
 
-  char* _Pointer;         // the shared empty buffer, or _Capacity + 1 bytes on the heap
-  int32_t _Length = 0;    // bytes before the terminator
-  int32_t _Capacity = 0;  // 0 with the shared buffer only
+  alignas (char*) char _Store[16];
 };
 
 Str operator+ (const Str& a, const Str& b);

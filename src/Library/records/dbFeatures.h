@@ -33,12 +33,12 @@ enum AttributeType : uint16_t {
 
 /// One value of a feature.
 struct Attribute {
-  uint16_t Type = ATTRIBUTE_Separator;
   Str Name;
-  double Number = 0.0;            ///< of numbers, dates and times; may be null
   Str Text;                       ///< of texts, menus and files
-  uint16_t MenuIndex = 0;         ///< the chosen entry of a menu
+  double Number = 0.0;            ///< of numbers, dates and times; may be null
   std::array<uint8_t, 8> Mark{};  ///< not stored
+  uint16_t Type = ATTRIBUTE_Separator;
+  uint16_t MenuIndex = 0;  ///< the chosen entry of a menu
 
   /// By type, name, number, text and menu index.
   friend bool operator== (const Attribute& a, const Attribute& b);
