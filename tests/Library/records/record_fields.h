@@ -1,5 +1,5 @@
 // The fields of a record, for tests.
-// A list of dotted names with their values as text. Leans on dbRecord.
+// As bytes, and as a list of dotted names with their values as text. Leans on record_support.
 #pragma once
 
 #include <charconv>
@@ -9,8 +9,19 @@
 #include <vector>
 
 #include "Library/records/dbRecord.h"
+#include "Library/records/record_support.h"
 
 namespace clxml::testing {
+
+/// The bytes of type, id, time and an empty note.
+inline constexpr int HeadLength = 15;
+
+/// What stands behind the head of a record with an empty note.
+inline Bytes FieldBytes (const dbRecord_Class& record) {
+  Bytes body = BodyOf (record);
+  body.erase (body.begin (), body.begin () + HeadLength);
+  return body;
+}
 
 /// Lists what it visits: numbers in decimal, doubles with the digits they need and "null", texts in
 /// quotes; lists as name[index].
