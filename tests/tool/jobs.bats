@@ -139,6 +139,24 @@ damaged () {
     "$(ask db_Traverse TraverseName TRV-KAITERI .id)"
 }
 
+@test "references of the exchange file name records of the job" {
+  clxml dump lot.job
+  # wrong FILTER KIND: the references that name anything but a record of that kind.
+  wrong () {
+    jq -sc "(map ({(.id | tostring): (.measurement.type // .type)}) | add) as \$kind |
+      map ($1 // empty | select (. != 0 and \$kind[tostring] != \"$2\"))" out.txt
+  }
+  is "$(wrong .measurement.Station db_TotalStation)" "[]"
+  is "$(wrong .measurement.BackBearing db_TotalBackBearing)" "[]"
+  is "$(wrong .measurement.BasePoint db_LaserBasePoint)" "[]"
+  is "$(wrong .measurement.Antenna db_Antenna)" "[]"
+  is "$(wrong .Atmosphere db_TotalAtmosphere)" "[]"
+  is "$(wrong .Observation db_Circle)" "[]"
+  is "$(wrong .MeanTurnedAngle db_MeanTurnedAngle)" "[]"
+  is "$(jq -sc 'map (.measurement.Station // empty) | length' out.txt)" 3
+  is "$(jq -sc 'map (select (.MeanTurnedAngle > .id)) | length' out.txt)" 2  # these point forward
+}
+
 @test "the notes of an entity stand behind it as one" {
   clxml dump lot.job
   is "$(jq -sc 'map (select (.type == "db_Observation" and .PointName == "CP2"))[0].note' out.txt)" \
