@@ -251,7 +251,7 @@ class Str {
   // Shared by all empty strings; only zeros are written to it.
   static inline constinit char _Empty[1] = {0};
 
-  alignas (char*) char _Store[16];
+  alignas (char*) char _Store[16] = {};
 };
 
 Str operator+ (const Str& a, const Str& b);
