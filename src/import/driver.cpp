@@ -132,8 +132,9 @@ ImportResult Import::Run () {
         Finish ();
     }
   } catch (const Str& text) {
-    Environment::Get ()->LogMessage (text.Data ());
     Remove ();
+    // The last line of a failed import is its reason, whatever closing the job had to say.
+    Environment::Get ()->LogMessage (text.Data ());
     if (result == IMPORT_Ok) result = IMPORT_Failed;
   } catch (...) {  // not ours to answer, but no half a job stays
     Remove ();
