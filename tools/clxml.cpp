@@ -2,8 +2,9 @@
 // Reads the command line, puts the ear and a fixed clock in force, runs one command and answers
 // its exit status. Leans on CLI11 and the commands.
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
-#include <cstring>
+#include <ctime>
 #include <exception>
 #include <iostream>
 
@@ -109,6 +110,7 @@ int Run (int argc, char** argv) {
 }  // namespace
 
 int main (int argc, char** argv) {
+  std::signal (SIGXFSZ, SIG_IGN);  // a limit on the size of files is an error of the write
   try {
     return Run (argc, argv);
   } catch (const Refusal& refusal) {

@@ -118,14 +118,17 @@ int OpenedJob::ExitStatus () const {
   }
 }
 
-const char* OpenedJob::Meaning () const {
+std::string OpenedJob::Meaning () const {
   switch (status) {
     case JOBOPEN_Ok:
       return "clean";
     case JOBOPEN_CannotOpen:
-      return "cannot be opened, or too short for a header";
+      if (!host_IsRegular (path)) return "no regular file";
+      if (const int error = host_MayRead (path)) return "cannot be opened: " + host_Reason (error);
+      return "too short for a job's header";
     case JOBOPEN_WrongVersion:
-      return "a job of another format";
+      return "a job of another format than " +
+             std::string (FileHeader (FILEHDR_Journal).Stamp ().Data ());
     case JOBOPEN_NotAJob:
       return "not a job, or a job without any record";
     case JOBOPEN_Corrupt:

@@ -87,7 +87,7 @@ struct OpenedJob {
   /// The exit status that tells of the open status.
   int ExitStatus () const;
   /// The open status in words.
-  const char* Meaning () const;
+  std::string Meaning () const;
   /// Refuses when it could not be opened as a job.
   void MustBeOpen () const;
 

@@ -34,6 +34,10 @@ bool host_IsRegular (const std::string& path) {
   return ::stat (path.c_str (), &found) == 0 && S_ISREG (found.st_mode);
 }
 
+int host_MayRead (const std::string& path) {
+  return ::access (path.c_str (), R_OK) == 0 ? 0 : errno;
+}
+
 bool host_IsSame (const std::string& a, const std::string& b) {
   struct stat first {
   }, second{};

@@ -11,6 +11,8 @@ namespace clxml::tool {
 bool host_Stands (const std::string& path);
 /// A regular file, links followed.
 bool host_IsRegular (const std::string& path);
+/// 0 when this process may read the file, else an errno value.
+int host_MayRead (const std::string& path);
 /// The two names lead to one file.
 bool host_IsSame (const std::string& a, const std::string& b);
 /// Has the system bring the file and then its folder's entry to the medium. An errno value or 0.

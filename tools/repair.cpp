@@ -61,8 +61,8 @@ void CutAndProve (const std::string& copy, uint64_t records) {
   }
   const OpenedJob proof (copy);
   if (proof.status != JOBOPEN_Ok || CountRecords (proof.access) != records)
-    throw Refusal{STATUS_Damaged, std::string ("the job would still not open clean (") +
-                                      proof.Meaning () + "); nothing was changed"};
+    throw Refusal{STATUS_Damaged, "the job would still not open clean (" + proof.Meaning () +
+                                      "); nothing was changed"};
   if (const int error = host_Sync (copy))
     throw Refusal{STATUS_Damaged, copy + ": " + host_Reason (error)};
 }

@@ -101,6 +101,18 @@ load helpers
   cmp lot.part "$LOT"
 }
 
+@test "a full disk is told and leaves no job" {
+  for points in 100 4000; do
+    many many.xml $points
+    (ulimit -f 4; exec "$CLXML" import many.xml many.job) 2>err.txt && status=0 || status=$?
+    out="" err=$(cat err.txt)
+    says 2
+    holds "$err" "ob file could not be written"
+    holds "$err" "File too large"
+    gone many.job many.job.part
+  done
+}
+
 @test "a killed import leaves nothing that looks like a job" {
   many many.xml 40000
   "$CLXML" import many.xml many.job 2>/dev/null 3>&- &
