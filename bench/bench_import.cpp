@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "Library/base/crc16.h"
+#include "Library/job/crc16.h"
 #include "Library/job/dbaccess.h"
 #include "clxmli.h"
 #include "platform/folder.h"

@@ -1,3 +1,5 @@
+// Classes of points: words, older numbers and filters.
+// Leans on GoogleTest and dbField.
 #include <string>
 #include <vector>
 

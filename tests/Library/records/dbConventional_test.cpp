@@ -1,3 +1,5 @@
+// Records of conventional surveys: heights of marks and odd first values.
+// Leans on GoogleTest and dbConventional.
 #include "Library/records/dbConventional.h"
 
 #include <cmath>

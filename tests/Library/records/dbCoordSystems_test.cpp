@@ -1,3 +1,5 @@
+// Records of a job's coordinate system: merging of settings.
+// Leans on GoogleTest and dbCoordSystems.
 #include "Library/records/dbCoordSystems.h"
 
 #include <string>

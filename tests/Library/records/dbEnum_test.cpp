@@ -1,3 +1,5 @@
+// Enumerations: every word and number there and back.
+// Leans on GoogleTest and dbEnum.
 #include "Library/records/dbEnum.h"
 
 #include <map>

@@ -1,3 +1,5 @@
+// Records of satellite surveys, byte for byte.
+// Leans on GoogleTest and dbGPS.
 #include "Library/records/dbGPS.h"
 
 #include <string>

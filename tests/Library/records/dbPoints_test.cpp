@@ -155,7 +155,7 @@ TEST (PointRecords, NamesUsersKnowRecordsBy) {
   EXPECT_STREQ (db_TimeZone ().GetName (), "");
 }
 
-TEST (Measurements, ReferencesGoWhereTheyBelong) {
+TEST (MeasurementRecords, ReferencesGoWhereTheyBelong) {
   db_ECEFDeltas deltas;
   db_ECEF ecef;
   db_Circle circle;
@@ -171,7 +171,7 @@ TEST (Measurements, ReferencesGoWhereTheyBelong) {
   EXPECT_EQ (angle.Target, DBID{9});
 }
 
-TEST (Measurements, FormOfPosition) {
+TEST (MeasurementRecords, FormOfPosition) {
   const struct {
     database_RecordType type;
     coord_Type form;

@@ -1,3 +1,5 @@
+// Settings of a job: merging and file lists.
+// Leans on GoogleTest and dbSettings.
 #include "Library/records/dbSettings.h"
 
 #include <string>

@@ -1,3 +1,5 @@
+// Records of stakeout and cross sections, byte for byte.
+// Leans on GoogleTest and dbStakeout.
 #include "Library/records/dbStakeout.h"
 
 #include <string>

@@ -1,3 +1,5 @@
+// The first values of every record class.
+// Leans on GoogleTest and the records.
 #include <string>
 
 #include "Library/records/dbRecord.h"
