@@ -16,16 +16,16 @@ namespace clxml {
 
 /// An attribute of an element. Both texts are zero-terminated and live as long as the tree.
 struct xml_attribute {
-  std::string_view name;
-  std::string_view value;
+  std::string_view name{"", 0};
+  std::string_view value{"", 0};
   xml_attribute* next = nullptr;
 };
 
 /// An element: its name, its own text (all stretches in one, trimmed of blanks), its attributes
 /// and children in document order. Texts are zero-terminated and live as long as the tree.
 struct xml_element {
-  std::string_view name;
-  std::string_view value;
+  std::string_view name{"", 0};
+  std::string_view value{"", 0};
   xml_element* nextSibling = nullptr;
   xml_element* firstChild = nullptr;
   xml_attribute* firstAttribute = nullptr;

@@ -364,7 +364,7 @@ class Writer {
 TEST (XmlParserModel, TellsTheSameAsAPlainReading) {
   constexpr uint32_t firstSeed = 1;
   int clean = 0, thrown = 0;
-  for (uint32_t seed = firstSeed; seed < firstSeed + 20000; seed++) {
+  for (uint32_t seed = firstSeed; seed < firstSeed + 8000; seed++) {
     Hearing hearing;
     Writer writer (seed);
     const std::string document = writer.Document ();
@@ -383,8 +383,8 @@ TEST (XmlParserModel, TellsTheSameAsAPlainReading) {
     if (told.find ("thrown: ") != std::string::npos) thrown++;
   }
   // Both kinds must be there in numbers, or the writer writes nothing worth comparing.
-  EXPECT_GT (clean, 4000);
-  EXPECT_GT (thrown, 4000);
+  EXPECT_GT (clean, 1500);
+  EXPECT_GT (thrown, 1500);
 }
 
 }  // namespace
