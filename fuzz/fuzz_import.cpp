@@ -1,0 +1,60 @@
+// Attacks the whole import with any bytes.
+// Whatever the exchange file holds, a result code comes back, a finished job opens clean record for
+// record, and a failed import leaves no job. Leans on the library.
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "Library/job/dbaccess.h"
+#include "clxmli.h"
+#include "platform/folder.h"
+
+namespace {
+
+using namespace clxml;
+
+[[noreturn]] void Complain (const char* text, uint32_t result) {
+  std::fprintf (stderr, "%s, result %u\n", text, result);
+  std::abort ();
+}
+
+// A folder of this process.
+const std::filesystem::path& Folder () {
+  static const std::filesystem::path folder = [] {
+    std::string pattern = (std::filesystem::temp_directory_path () / "clxml-fuzz-XXXXXX").string ();
+    if (mkdtemp (pattern.data ()) == nullptr) std::abort ();
+    return std::filesystem::path (pattern);
+  }();
+  return folder;
+}
+
+Str Device (const std::filesystem::path& host) { return folder_DevicePath (Str (host.c_str ())); }
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput (const uint8_t* data, std::size_t size) {
+  const std::filesystem::path exchange = Folder () / "in.xml";
+  const std::filesystem::path job = Folder () / "out.job";
+  {
+    std::ofstream out (exchange, std::ios::binary);
+    out.write (reinterpret_cast<const char*> (data), static_cast<std::streamsize> (size));
+  }
+  std::filesystem::remove (job);
+  const uint32_t result =
+      ImportCLXMLFile (Device (exchange).Data (), Device (job).Data (), nullptr);
+  if (result != IMPORT_Ok) {
+    if (result != IMPORT_Failed && result != IMPORT_BadInput) Complain ("odd code", result);
+    if (std::filesystem::exists (job)) Complain ("a failed import left a job", result);
+    return 0;
+  }
+  dbAccess access;
+  if (!access.Open (Device (job), false) || access.GetOpenStatus () != JOBOPEN_Ok)
+    Complain ("the job does not open clean", result);
+  if (access.Journal ().GetLastAppendPosition () != std::filesystem::file_size (job))
+    Complain ("the job has a tail", result);
+  access.Close ();
+  return 0;
+}
