@@ -89,6 +89,7 @@ struct xml_parser::Reading {
   const char* Value (xml_tree& tree, std::string_view& value, const char* p);
   bool Leaf (xml_tree& tree, xml_element& element);
   void Add (const xml_tree& tree, const char* begin, const char* end);
+  void Add (const xml_tree& tree, char c) { Add (tree, &c, &c + 1); }
   const char* AddReference (const xml_tree& tree, const char* p);
   const char* AddSpace (const xml_tree& tree, std::size_t textBegin, const char* p);
 
@@ -190,7 +191,7 @@ void xml_parser::Reading::Add (const xml_tree& tree, const char* begin, const ch
 
 const char* xml_parser::Reading::AddReference (const xml_tree& tree, const char* p) {
   const char c = tokens.TakeReference (p);
-  if (c != 0) Add (tree, &c, &c + 1);
+  if (c != 0) Add (tree, c);
   return p;
 }
 
@@ -198,7 +199,7 @@ const char* xml_parser::Reading::AddReference (const xml_tree& tree, const char*
 const char* xml_parser::Reading::AddSpace (const xml_tree& tree, std::size_t textBegin,
                                            const char* p) {
   if (tokens.IsEnd (p)) tokens.Unexpected (p);
-  if (text.size () > textBegin) Add (tree, " ", " " + 1);
+  if (text.size () > textBegin) Add (tree, ' ');
   return tokens.SkipSpace (p);
 }
 
