@@ -187,13 +187,15 @@ void ReadRoadCatchDelta (FieldReader& in, db_RoadCatchDeltas& deltas) {
 }
 
 // A side of the section, absent without its tag. Nodes are the first "Node" and its next siblings,
-// up to the count, as many as there are.
+// up to the count, as many as there are. A count of more than a record has room for is refused.
 void ReadSectionSide (const FieldReader& in, std::optional<db_CrossSectionSide>& side) {
   if (!in.IsPresent ()) return;
   side.emplace ();
+  constexpr int32_t MaxNodes = 16384;  // of 32 bytes or more, in a frame of 524,288
   int32_t count = 0;
   in.IntOrHex ("NumberOfNodes", count);
-  if (count < 0) throw InvalidField ("number of nodes", "NumberOfNodes", in.Text ("NumberOfNodes"));
+  if (count < 0 || count > MaxNodes)
+    throw InvalidField ("number of nodes", "NumberOfNodes", in.Text ("NumberOfNodes"));
   const xml_element* node = in.Child ("Node");
   for (int32_t i = 0; i < count && node; i++, node = node->nextSibling) {
     const FieldReader of (node, in.Version ());

@@ -89,8 +89,7 @@ DBID WriteJobControl::Attach (const xml_element& element,
 void WriteJobControl::HoldOffset (const xml_element& element,
                                   std::unique_ptr<dbRecord_Class> offset) {
   offset->TimeStamp = ReadTimeStamp (element);
-  if (pendingOffset)
-    Environment::Get ()->LogMessage ("Import: distance offset in front of another one dropped");
+  if (pendingOffset) database->AddAction (DBACTION_Add, NODBID, std::move (pendingOffset));
   pendingOffset = std::move (offset);
 }
 

@@ -46,8 +46,8 @@ class WriteJobControl {
   /// closes it, and everything else is appended. A measurement without an open observation is
   /// dropped with a log line.
   void StoreRecord (const xml_element& element, std::unique_ptr<dbRecord_Class> record);
-  /// Keeps the record back until the next measurement was attached; it goes right behind that. Its
-  /// number is not entered.
+  /// Keeps the record back until the next measurement was attached; it goes right behind that. One
+  /// that waits already is appended first. Its number is not entered.
   void HoldOffset (const xml_element& element, std::unique_ptr<dbRecord_Class> offset);
   bool IsEntityOpen () const noexcept { return pendingEntity != NODBID; }
   /// Keeps a note's text until the entity ends.
