@@ -158,6 +158,7 @@ class Survey {
     out.Integer (options.seed);
     out.Raw ("<Note>Made for measuring.</Note></DATABASE_JobRecord>");
     for (uint64_t i = 1; i <= options.points; i++) {
+      if (i % 200 == 1) SetUp (i);
       Point (i);
       if (i % 20 == 0) Line (i);
       if (i % 50 == 0) Computed (i);
@@ -168,6 +169,81 @@ class Survey {
 
  private:
   static std::string Name (uint64_t i) { return std::to_string (1000 + i); }
+
+  // A new station with its instrument, air, target and back bearing, and a base for the satellites.
+  void SetUp (uint64_t i) {
+    const std::string station = "S" + std::to_string (i / 200 + 1);
+    time += 600.0;
+    const uint64_t instrument =
+        out.Start (1, "DATABASE_InstrumentRecord", "db_TotalInstrument", time);
+    out.Text (2, "Type", "TOTAL_NorvathR6");
+    out.Value (2, "RefractiveIndex", 270.0);
+    out.Value (2, "CarrierWavelength", 79.167);
+    out.Text (2, "HasExtraInfo", "true");
+    out.Text (2, "MeasurementMode", "TOTAL_EDMFine");
+    out.Text (2, "SetHzCircleMode", "TOTAL_SetToAzimuth");
+    out.Text (2, "Servo", "TOTAL_HAandVA");
+    out.Value (2, "AnglesOnlyRate", 2.0);
+    out.Text (2, "TurnToZero", "false");
+    out.Text (2, "AverageMeasurements", "3");
+    out.Open (2, "PortParam");
+    out.Text (3, "BaudRate", "9600");
+    out.Text (3, "DataBits", "8");
+    out.Text (3, "StopBits", "1");
+    out.Text (3, "Parity", "RS232_NoParity");
+    out.Text (3, "FlowControl", "RS232_NoFlowControl");
+    out.End (2, "PortParam");
+    out.Open (2, "Precisions");
+    out.Value (3, "HAPrecision", 4.848e-06);
+    out.Value (3, "VAPrecision", 4.848e-06);
+    out.Value (3, "EDMPrecision", 0.002);
+    out.Value (3, "EDMppm", 2.0);
+    out.End (2, "Precisions");
+    out.Text (2, "EditInstrumentPrecisions", "false");
+    out.Text (2, "Model", "R6 DR300");
+    out.Text (2, "Serial", "71820364");
+    out.End (1, "DATABASE_InstrumentRecord");
+
+    const uint64_t air = out.Start (1, "DATABASE_AtmosphereRecord", "db_TotalAtmosphere", time);
+    out.Value (2, "Pressure", random.Between (990.0, 1030.0));
+    out.Value (2, "Temperature", random.Between (5.0, 30.0));
+    out.Text (2, "PPM", "");
+    out.Text (2, "Refraction", "TOTAL_Refraction0142");
+    out.End (1, "DATABASE_AtmosphereRecord");
+
+    stationId = out.Start (1, "DATABASE_StationRecord", "db_TotalStation", time);
+    out.Text (2, "StationName", station);
+    out.Value (2, "TheodoliteHt", random.Between (1.4, 1.7));
+    out.Reference (2, "Instrument", instrument);
+    out.Reference (2, "Atmosphere", air);
+    out.Text (2, "StationType", "TOTAL_StationSetup");
+    out.End (1, "DATABASE_StationRecord");
+
+    // The element that all versions have.
+    targetId = out.Start (1, "DATABASE_Target1Record", "db_TotalTarget1", time);
+    out.Value (2, "TargetHeight", random.Between (1.3, 2.2));
+    out.Value (2, "PrismConstant", -0.03);
+    out.End (1, "DATABASE_Target1Record");
+
+    backBearingId = out.Start (1, "DATABASE_BackBearingRecord", "db_TotalBackBearing", time);
+    out.Text (2, "Station", station);
+    out.Text (2, "BackSight", "S" + std::to_string (i / 200));
+    out.Value (2, "F1HorzCircle", random.Between (0.0, 6.28));
+    out.Text (2, "F2HorzCircle", "");
+    out.End (1, "DATABASE_BackBearingRecord");
+
+    antennaId = out.Start (1, "DATABASE_AntennaRecord", "db_Antenna", time);
+    out.Value (2, "MeasuredHeight", 2.0);
+    out.Text (2, "APCType", "DBGPS_Corrected1");
+    out.Reference (2, "Equipment", 0);
+    out.End (1, "DATABASE_AntennaRecord");
+
+    referenceId = out.Start (1, "DATABASE_ReferenceRecord", "db_Reference", time);
+    out.Text (2, "PointName", station);
+    out.Reference (2, "Antenna", antennaId);
+    out.Text (2, "Derivation", "KI");
+    out.End (1, "DATABASE_ReferenceRecord");
+  }
 
   void Point (uint64_t i) {
     north += random.Between (-4.0, 5.0);
@@ -228,15 +304,19 @@ class Survey {
         out.End (3, "Grid");
         out.End (2, "DATABASE_GridRecord");
         break;
-      case 1:
-        out.Start (2, "DATABASE_WGS84Record", "db_WGS84", time);
-        out.Open (3, "WGS84");
-        out.Value (4, "Lat", 0.9 + north * 1.6e-7);
-        out.Value (4, "Long", 0.2 + east * 2.5e-7);
-        out.Value (4, "Height", random.Between (50.0, 100.0));
-        out.End (3, "WGS84");
-        out.End (2, "DATABASE_WGS84Record");
+      case 1: {
+        const bool isNew = options.version >= 1140;
+        out.Start (2, "DATABASE_ECEFDeltasRecord", "db_ECEFDeltas", time);
+        out.Open (3, "ECEFDeltas");
+        out.Value (4, isNew ? "dX" : "XDelta", 0.6 * (north - 1000.0));
+        out.Value (4, isNew ? "dY" : "YDelta", east - 2000.0);
+        out.Value (4, isNew ? "dZ" : "ZDelta", 0.8 * (north - 1000.0));
+        out.End (3, "ECEFDeltas");
+        out.Reference (3, "Reference", referenceId);
+        out.Reference (3, "Antenna", antennaId);
+        out.End (2, "DATABASE_ECEFDeltasRecord");
         break;
+      }
       default:
         out.Start (2, "DATABASE_CircleRecord", "db_Circle", time);
         out.Open (3, "Circle");
@@ -249,9 +329,9 @@ class Survey {
         out.Value (4, "EDMDistanceStdErr", 0.002);
         out.Text (4, "EDMMeasurementMode", "TOTAL_EDMFine");
         out.End (3, "Circle");
-        out.Reference (3, "Station", 0);
-        out.Reference (3, "Target", 0);
-        out.Reference (3, "BackBearing", 0);
+        out.Reference (3, "Station", stationId);
+        out.Reference (3, "Target", targetId);
+        out.Reference (3, "BackBearing", backBearingId);
         out.Text (3, "CreatedView", "COORDSYS_CogoDistanceGrid COORDSYS_CogoOrthoHeights");
         out.End (2, "DATABASE_CircleRecord");
         break;
@@ -328,6 +408,11 @@ class Survey {
   double east = 2000.0;
   double time = 930000000.0;
   uint64_t lastPoint = 0;
+  uint64_t stationId = 0;
+  uint64_t targetId = 0;
+  uint64_t backBearingId = 0;
+  uint64_t antennaId = 0;
+  uint64_t referenceId = 0;
 };
 
 int Usage () {

@@ -10,6 +10,14 @@ load helpers
   says 0
   is "$out$err" ""
   is "$(ls *.job*)" $'lot.job\norchard.job'
+  for source in "$EXAMPLES"/*.xml; do
+    clxml import --verbose "$source" "$(basename "$source").job"
+    says 0
+    is "$out$err" ""
+    clxml dump "$(basename "$source").job"
+    says 0
+    is "$(jq -s 'length > 80' out.txt)" "true"
+  done
   clxml info orchard.job --json
   says 0
   is "$(jq -r .job out.txt)" "RIWAKA ORCHARD 4"
