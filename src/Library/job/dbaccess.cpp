@@ -101,6 +101,8 @@ uint32_t dbAccess::TruncateToLastGood () { return IsOpen () ? _Journal.Truncate 
 bool dbAccess::Replay () {
   _Journal.RewindToRecords ();
   _WasRepaired = false;
+  // Records are made by the million here, and each is given the time that the file has.
+  const clock_Hold hold;
   dbTransaction transaction;
   journal_Status status = JOURNAL_Ok;
   while (_Journal.ReadTransaction (transaction, status)) {

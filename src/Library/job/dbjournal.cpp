@@ -213,7 +213,7 @@ bool dbJournal::Flush () {
     return false;
   }
   _AppendPosition += length;
-  _Size = _AppendPosition;
+  _Size = _LastGoodAppendPosition = _AppendPosition;
   _OutputBuffer.Reset ();
   _FlushTime = neverFlush;
   _MediumOwed = true;

@@ -113,7 +113,7 @@ class dbJournal {
   /// sees. False when the file is no journal of this format stamp or cannot take the frame.
   static bool AppendForeign (const Str& path, const Str& name, const void* data, uint32_t length);
 
-  /// The position behind the last frame that read without fault.
+  /// The position behind the last frame that read without fault, or was written.
   uint32_t GetLastAppendPosition () const noexcept { return _LastGoodAppendPosition; }
   /// Where the next flush writes.
   uint32_t GetAppendPosition () const noexcept { return _AppendPosition; }

@@ -183,6 +183,14 @@ TEST_F (Access, BelongsToTheThreadThatOpenedTheGroup) {
   EXPECT_EQ (IdsOf (access), (std::vector<uint32_t>{1, 2}));
 }
 
+TEST_F (Access, CutsNothingThatItWroteItself) {
+  Create ();
+  ASSERT_TRUE (access.FlushToMedium ());
+  const uint32_t size = access.Journal ().GetFileSize ();
+  EXPECT_EQ (access.TruncateToLastGood (), size);
+  EXPECT_EQ (Read ("a.job").size (), size);
+}
+
 TEST_F (Access, WalksAroundDeletedAndUnknownRecords) {
   Create ();
   Group ([&] {
