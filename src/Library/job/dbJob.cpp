@@ -61,6 +61,11 @@ JobDatabase::~JobDatabase () { Close (); }
 bool JobDatabase::Create (const Str& path, const Str& jobName) {
   AssertThreadSafe ();
   if (!Assert (_Access == nullptr, "_Access == NULL")) Close ();
+  _JobHeader.JobName = CutName (jobName);
+  // A job without its first record is none: what would not fit is refused before there is a file.
+  OutBuffer frame (ENDIAN_Little);
+  if (!journal_AppendFrame (frame, {DBACTION_Add, NODBID, CloneRecord (_JobHeader)}))
+    throw journal_TooLong (_JobHeader);
   auto access = std::make_unique<dbAccess> ();
   if (!access->Create (path, FileHeader (FILEHDR_Journal))) {
     if (access->Journal ().IsHeaderFailed ())
@@ -70,7 +75,6 @@ bool JobDatabase::Create (const Str& path, const Str& jobName) {
   _OwnAccess = std::move (access);
   _Access = _OwnAccess.get ();
   _OpenStatus = _Access->GetOpenStatus ();
-  _JobHeader.JobName = CutName (jobName);
   AddRecord (_JobHeader);
   Connect ();
   return true;

@@ -67,7 +67,8 @@ class JobDatabase {
 
   /// Makes a new job file whose first record, DBID 1, is JobHeader () with that name (33 bytes, cut
   /// back to a whole UTF-8 character). False when the file exists or cannot be made. Raises a Str
-  /// when the file could be made but not its header; it is gone again then.
+  /// when the note of the header record is too long for a job, before anything is made, and when
+  /// the file could be made but not its header; it is gone again then.
   bool Create (const Str& path, const Str& jobName);
   /// Opens a job; see GetOpenStatus for the reason of a refusal. A damaged job is refused unless
   /// the callback of SetOnCorruption has it cut behind its last good frame.

@@ -5,7 +5,6 @@
 // dbmodel.
 #include "Library/job/dbaccess.h"
 
-#include <string>
 #include <utility>
 
 namespace clxml {
@@ -17,14 +16,6 @@ int32_t CurrentThread () { return static_cast<int32_t> (Environment::Get ()->Get
 
 bool AssertThreadSafe () {
   return Assert (Environment::Get ()->IsThreadSafe (), "Environment::Get()->IsThreadSafe ()");
-}
-
-[[noreturn]] void RaiseTooLong (const dbRecord_Class& record) {
-  Str text ("Record ");
-  text += ClassName (record.GetType ());
-  if (*record.GetName () != 0) text = text + " \"" + record.GetName () + "\"";
-  text += " is too large for a job file, which holds at most 524288 bytes in one record";
-  throw text;
 }
 
 [[noreturn]] void RaiseUnwritten (const Str& path) {
@@ -109,9 +100,10 @@ bool dbAccess::Replay () {
     if (status == JOURNAL_Ok) ApplyReplayed (transaction);
     Assert (_Journal.GetLastAppendPosition () != 0, "_Journal._LastGoodAppendPosition != 0");
     _Journal.AcceptPosition ();
+    // Nobody reads the model yet: what this transaction superseded need not wait for the last one.
+    _Model.ReleaseRetired ();
   }
   _Model.FinishReplay ();
-  _Model.ReleaseRetired ();
   _WasRepaired = _Journal.IsRepairDetected ();
   _Journal.SetRepairDetected (false);
   return status == JOURNAL_End;
@@ -290,7 +282,7 @@ bool dbAccess::AppendFrame (OutBuffer& frames, const dbModel_Action& action) {
     id = action.Target;
   action.DBRecord->RecordId = id;
   if (!journal_AppendFrame (frames, action)) {
-    if (_SingleActionMode) RaiseTooLong (*action.DBRecord);
+    if (_SingleActionMode) throw journal_TooLong (*action.DBRecord);
     Assert (false, frameFits);
     return false;
   }

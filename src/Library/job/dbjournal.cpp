@@ -65,6 +65,13 @@ bool journal_AppendFrame (OutBuffer& frames, const dbModel_Action& action) {
   return true;
 }
 
+Str journal_TooLong (const dbRecord_Class& record) {
+  Str text ("Record ");
+  text += ClassName (record.GetType ());
+  if (*record.GetName () != 0) text = text + " \"" + record.GetName () + "\"";
+  return text + " is too large for a job file, which holds at most 524288 bytes in one record";
+}
+
 void journal_Seal (OutBuffer& frames, uint32_t extraLastFlags) {
   uint32_t extra = ACTION_TransactionStart;
   for (int place = 0; place < frames.Length ();) {

@@ -39,6 +39,8 @@ inline constexpr double JOURNAL_FlushDelay = 3.0;
 /// with the buffer as it was, when the frame would pass JOURNAL_MaxFrame. A Reserved action has
 /// neither target nor record ("!record->DBRecord").
 bool journal_AppendFrame (OutBuffer& frames, const dbModel_Action& action);
+/// The message for a record whose frame would be longer than that; names the record.
+Str journal_TooLong (const dbRecord_Class& record);
 /// Completes the frames of one transaction: flags of start and end, extraLastFlags on the last one,
 /// checksums.
 void journal_Seal (OutBuffer& frames, uint32_t extraLastFlags = 0);

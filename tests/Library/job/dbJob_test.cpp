@@ -99,6 +99,12 @@ TEST_F (Database, RaisesWhenTheHeaderOfANewJobCannotBeWritten) {
   EXPECT_FALSE (Exists ("a.job"));
 }
 
+TEST_F (Database, RaisesForAHeaderRecordThatNoJobHolds) {
+  job.JobHeader ().Note = std::string (JOURNAL_MaxFrame, 'n').c_str ();
+  EXPECT_THROW (job.Create (folder.Device ("a.job"), "Job"), Str);
+  EXPECT_FALSE (Exists ("a.job"));
+}
+
 TEST_F (Database, DamagedJobIsOpenedOnlyWhenItMayBeCut) {
   Bytes bytes = Job (
       {FrameOf (DBACTION_Add, 0, MakeNote ("n"), 2), FrameOf (DBACTION_Add, 0, MakeNote ("m"), 3)});
