@@ -106,15 +106,20 @@ void Import::Finish () {
   GoOn (100);
 }
 
-// Leaves nothing of this import at the job's path; what it did not create is not touched.
+// Leaves nothing of this import at the job's path; what it did not create is not touched. What goes
+// wrong here adds nothing to the failure that is being answered: each step is taken all the same.
 void Import::Remove () noexcept {
   if (reader.IsOpen ()) reader.Close ();
   if (!isJobCreated) return;
   try {
     job.Close ();
+  } catch (...) {
+    Environment::Get ()->LogMessage ("Import: the job that failed could not be closed");
+  }
+  try {
     file_Class (jobPath).Delete ();
-  } catch (const Str& text) {
-    Environment::Get ()->LogMessage (text.Data ());
+  } catch (...) {
+    Environment::Get ()->LogMessage ("Import: the job that failed could not be deleted");
   }
 }
 

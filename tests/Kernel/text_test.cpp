@@ -5,7 +5,6 @@
 
 #include <array>
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +12,7 @@
 #include <random>
 #include <string>
 
+#include "support/commalocale.h"
 #include "support/hearing.h"
 
 namespace clxml {
@@ -172,29 +172,8 @@ TEST (Text, PrintsAsC) {
   }
 }
 
-// A locale whose decimal point is a comma, in force while it lives if the system can make one.
-class CommaLocale {
- public:
-  CommaLocale () {
-    std::ofstream (folder.Host ("source"))
-        << "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3;3\nEND LC_NUMERIC\n";
-    const std::string command = "localedef -c -i '" + folder.Host ("source") + "' '" +
-                                folder.Host ("comma") + "' >/dev/null 2>&1";
-    // It warns of the categories that are left out, and says so by its exit status.
-    if (std::system (command.c_str ()) == -1) return;
-    setenv ("LOCPATH", folder.path.c_str (), 1);
-    inForce = std::setlocale (LC_NUMERIC, "comma") != nullptr;
-    unsetenv ("LOCPATH");
-  }
-  ~CommaLocale () { std::setlocale (LC_NUMERIC, "C"); }
-  bool inForce = false;
-
- private:
-  testing::TemporaryFolder folder;
-};
-
 TEST (Text, AsksNoLocale) {
-  const CommaLocale comma;
+  const testing::CommaLocale comma;
   if (!comma.inForce) GTEST_SKIP () << "localedef made no locale with a decimal comma";
   ASSERT_EQ (std::strtod ("1,5", nullptr), 1.5);
   EXPECT_EQ (text_ToDouble ("1.5"), 1.5);
