@@ -181,8 +181,9 @@ TEST (House, TheRestNamesWhatIsThere) {
       if (!include.isQuoted) continue;
       const std::string where = path + ":" + std::to_string (include.line) + " " + include.name;
       bool isFound = false;
-      for (const fs::path& root : {house / "src", house / "include", house / "tests",
-                                   house / "bench", house / "fuzz", file.parent_path ()})
+      for (const fs::path& root :
+           {house / "src", house / "include", house / "tests", house / "tools", house / "bench",
+            house / "fuzz", file.parent_path ()})
         isFound = isFound || fs::exists (root / include.name);
       EXPECT_TRUE (isFound) << where << " is not there";
       if (include.name == "platform/os.h") {
