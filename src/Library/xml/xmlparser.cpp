@@ -183,9 +183,10 @@ void xml_parser::Reading::Text (const xml_tree& tree, std::size_t textBegin) {
   tokens.MoveTo (p);
 }
 
+// A text counts twice, here and in the tree that it goes to.
 void xml_parser::Reading::Add (const xml_tree& tree, const char* begin, const char* end) {
   const std::size_t n = static_cast<std::size_t> (end - begin);
-  if (text.size () + n > tree.Limit () - tree.Size ()) throw Str ("element is too large");
+  if (2 * (text.size () + n) > tree.Limit () - tree.Size ()) throw Str ("element is too large");
   text.append (begin, n);
 }
 
