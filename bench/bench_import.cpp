@@ -48,11 +48,11 @@ struct Cost {
 Cost Measure (const std::function<uint64_t ()>& work) {
   int ends[2];
   if (pipe (ends) != 0) Fail ("no pipe");
+  std::fflush (nullptr);  // what waits is the parent's to write
   const pid_t child = fork ();
   if (child == 0) {
     const uint64_t answer = work ();
     const bool told = write (ends[1], &answer, sizeof answer) == sizeof answer;
-    std::fflush (nullptr);
     _exit (told ? 0 : 1);
   }
   close (ends[1]);
