@@ -54,9 +54,18 @@ const Enumeration& EnumerationOf ();
 class db_PointClassification {
  public:
   enum Class : int32_t {
-    None = -1, Check = 0, BackSight = 1, Stakeout = 2, Construction = 3, Normal = 4, MTA = 5,
-    Adjusted = 6, Averaged = 7, Control = 8,
-    MinValue = -1, MaxValue = 8,
+    None = -1,
+    Check = 0,
+    BackSight = 1,
+    Stakeout = 2,
+    Construction = 3,
+    Normal = 4,
+    MTA = 5,
+    Adjusted = 6,
+    Averaged = 7,
+    Control = 8,
+    MinValue = -1,
+    MaxValue = 8,
   };
   constexpr db_PointClassification () = default;
   /// Asserts "i >= MinValue && i <= MaxValue"; a number outside is kept as it is.
@@ -100,8 +109,8 @@ class FieldVisitor {
   virtual void I32 (const char* name, int32_t& value) = 0;
   virtual void I64 (const char* name, int64_t& value) = 0;
   virtual void F64 (const char* name, double& value) = 0;
-  virtual void Text (const char* name, Str& value) = 0;  ///< zero-terminated
-  virtual void Id (const char* name, DBID& value) = 0;   ///< 4 bytes
+  virtual void Text (const char* name, Str& value) = 0;               ///< zero-terminated
+  virtual void Id (const char* name, DBID& value) = 0;                ///< 4 bytes
   virtual void Characters (const char* name, Derivation& value) = 0;  ///< 2 bytes
   virtual void Classification (const char* name, db_PointClassification& value) = 0;  ///< i16
   /// An enumerated field; width is 1, 2 or 4 bytes, isSigned that of its stored form. place holds
@@ -140,7 +149,7 @@ class FieldVisitor {
 
 /// A field whose type is an enumeration stored in another width than usual.
 template <class Stored, class E>
-  requires std::is_enum_v<E>
+requires std::is_enum_v<E>
 void VisitFieldAs (FieldVisitor& v, const char* name, E& value) {
   Stored stored = static_cast<Stored> (value);
   v.Enum (name, &stored, static_cast<int> (sizeof (Stored)), std::is_signed_v<Stored>,
