@@ -136,9 +136,11 @@ std::string InHostForm (std::string text, const std::string& device, const std::
   return text;
 }
 
-std::string Joined (const std::vector<std::string>& names) {
+// What a failure has to say of road files, which survive it.
+std::string Remaining (const std::vector<std::string>& extras) {
   std::string text;
-  for (const std::string& name : names) text += (text.empty () ? "" : ", ") + name;
+  for (const std::string& name : extras)
+    text += (text.empty () ? "\nRoad files that were written stay: " : ", ") + name;
   return text;
 }
 
@@ -162,10 +164,10 @@ void MakeRoom (const ImportOptions& options, const std::string& part) {
 }
 
 // The finished part file becomes the job.
-void TakeName (const ImportOptions& options, Running& run) {
+void TakeName (const ImportOptions& options, Running& run, const std::string& remaining) {
   const auto refuse = [&] (int status, const std::string& message) {
     if (run.lock.StandsAt (run.part)) host_Remove (run.part);
-    throw Refusal{status, message};
+    throw Refusal{status, message + remaining};
   };
   if (isInterrupted) refuse (IMPORT_Cancelled, "cancelled; no job was written");
   if (!run.lock.StandsAt (run.part))
@@ -198,6 +200,7 @@ int RunImport (const ImportOptions& options, Ear& ear) {
     }
   });
   uint32_t result = IMPORT_Failed;
+  std::vector<std::string> extras;
   {
     const Interruptions interruptions;
     running = &run;
@@ -209,9 +212,9 @@ int RunImport (const ImportOptions& options, Ear& ear) {
     running = nullptr;
     run.bar.Clear ();
     ear.Listen (nullptr);
-    if (result == IMPORT_Ok) TakeName (options, run);
+    extras = FetchExtraOutputs ();
+    if (result == IMPORT_Ok) TakeName (options, run, Remaining (extras));
   }
-  const std::vector<std::string> extras = FetchExtraOutputs ();
   if (result == IMPORT_Ok) {
     for (const std::string& name : extras) Print (name + "\n");
     return IMPORT_Ok;
@@ -232,8 +235,7 @@ int RunImport (const ImportOptions& options, Ear& ear) {
       if (!message.starts_with (options.exchange)) message = options.exchange + ": " + message;
       if (!ear.LastFileError ().empty ()) message += "\n" + ear.LastFileError ();
   }
-  if (!extras.empty ()) message += "\nRoad files that were written stay: " + Joined (extras);
-  throw Refusal{static_cast<int> (result), message};
+  throw Refusal{static_cast<int> (result), message + Remaining (extras)};
 }
 
 }  // namespace
