@@ -86,7 +86,7 @@ class dbJournal {
   /// Fills action with the next frame; false when there is none (status 1 or 4).
   ///
   /// Beyond the frame itself, a frame whose verb takes a DBID is damaged when that is 0, one that
-  /// the file gave out before, or more than the file's size can hold.
+  /// the file gave out before, or more than the file can hold up to there.
   bool ReadRecord (dbModel_Action& action, journal_Status& status);
   /// Goes back to the first frame.
   void RewindToRecords ();

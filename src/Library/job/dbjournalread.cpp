@@ -4,7 +4,8 @@
 // fits, its action is one that occurs, and its body loads as a record of a known type within the
 // bytes in front of the checksum. Its DBID, where the action takes one, must not be 0, must lie
 // above every DBID that a good transaction gave out before, and cannot be more than the frames that
-// the file has room for: numbers rise in every job, and a look-up table is made from them.
+// the file has room for up to there: numbers rise in every job, and a look-up table is made from
+// them. What stands behind a frame has no say in it, so that a job opens clean once it was cut.
 //
 // The first frame that is not believed ends reading: what follows cannot be found for sure. The
 // file is read in large pieces; a frame is looked at where it stands, and only its body is copied,
@@ -128,7 +129,7 @@ bool dbJournal::CheckNumber (const dbModel_Action& action) {
   if ((action.Flags & ACTION_TransactionStart) != 0) _NumberOfTransaction = _NumberAccepted;
   if (!TakesNumber (action.Type)) return true;
   const uint32_t number = action.DBRecord->RecordId.value;
-  const uint32_t room = (_Size - FILEHDR_SizeOnDisk) / leastFrame;
+  const uint32_t room = (_ReadPosition - FILEHDR_SizeOnDisk) / leastFrame;
   if (number <= _NumberOfTransaction || number > room) return false;
   _NumberOfTransaction = number;
   return true;
