@@ -6,11 +6,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <string>
 
 #include "Library/job/dbaccess.h"
 #include "clxmli.h"
-#include "platform/folder.h"
+#include "folder.h"
 
 namespace {
 
@@ -21,23 +20,13 @@ using namespace clxml;
   std::abort ();
 }
 
-// A folder of this process.
-const std::filesystem::path& Folder () {
-  static const std::filesystem::path folder = [] {
-    std::string pattern = (std::filesystem::temp_directory_path () / "clxml-fuzz-XXXXXX").string ();
-    if (mkdtemp (pattern.data ()) == nullptr) std::abort ();
-    return std::filesystem::path (pattern);
-  }();
-  return folder;
-}
-
-Str Device (const std::filesystem::path& host) { return folder_DevicePath (Str (host.c_str ())); }
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput (const uint8_t* data, std::size_t size) {
-  const std::filesystem::path exchange = Folder () / "in.xml";
-  const std::filesystem::path job = Folder () / "out.job";
+  using fuzz::Device;
+  static const fuzz::OwnFolder folder;
+  const std::filesystem::path exchange = folder.path / "in.xml";
+  const std::filesystem::path job = folder.path / "out.job";
   {
     std::ofstream out (exchange, std::ios::binary);
     out.write (reinterpret_cast<const char*> (data), static_cast<std::streamsize> (size));

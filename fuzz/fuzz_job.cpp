@@ -13,7 +13,7 @@
 
 #include "Library/job/crc16.h"
 #include "Library/job/dbJob.h"
-#include "platform/folder.h"
+#include "folder.h"
 
 namespace {
 
@@ -41,17 +41,13 @@ std::string Content (const std::filesystem::path& path) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput (const uint8_t* data, std::size_t size) {
-  static const std::filesystem::path folder = [] {
-    std::string pattern = (std::filesystem::temp_directory_path () / "clxml-fuzz-XXXXXX").string ();
-    if (mkdtemp (pattern.data ()) == nullptr) std::abort ();
-    return std::filesystem::path (pattern);
-  }();
+  static const fuzz::OwnFolder folder;
   if (size < 1) return 0;
   std::string file (reinterpret_cast<const char*> (data) + 1, size - 1);
   if (data[0] % 2 == 1) MendChecksums (file);
-  const std::filesystem::path path = folder / "in.job";
+  const std::filesystem::path path = folder.path / "in.job";
   std::ofstream (path, std::ios::binary) << file;
-  const Str device = folder_DevicePath (Str (path.c_str ()));
+  const Str device = fuzz::Device (path);
 
   dbAccess access;
   if (access.Open (device, false)) {
