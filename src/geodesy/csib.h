@@ -222,7 +222,7 @@ struct csib_Block {
   std::unique_ptr<csib_Data> ProjectionData;
   double OriginLatitude = 0.0;
   double OriginLongitude = 0.0;
-  double FalseNorth = 0.0;
+  double FalseNorth = 0.0;  ///< null where the job has none; no grid point is known then
   double FalseEast = 0.0;
   double ProjectionScale = 1.0;
   double GroundScale = 1.0;
@@ -259,6 +259,17 @@ struct csib_Block {
   csib_Label HorizontalLabel;
   csib_Label VerticalLabel;
   csib_Label ShiftLabel;
+
+  /// What csib_GroundDeltas found, and for which ground scale and project location; a new
+  /// ellipsoid or projection empties it.
+  struct {
+    bool IsKnown = false;
+    double GroundScale = 1.0;
+    double ProjectLatitude = 0.0;
+    double ProjectLongitude = 0.0;
+    double North = 0.0;
+    double East = 0.0;
+  } GroundDeltas;
 };
 
 // The tables by code, null for a code that has none: 0 of projection and geoid, and the refused
@@ -276,8 +287,10 @@ csib_Status csib_Create (std::unique_ptr<csib_Block>& block, csib_StorageMode mo
 /// Takes the axes and derives the flattening and the eccentricities.
 void csib_SetEllipsoid (csib_Block& block, double a, double b) noexcept;
 /// Parses a block in either byte order, of every version. The bytes are not trusted: any length,
-/// code, count or text that does not fit ends in a status (CSIB_HeaderUnreadable where the bytes
-/// end too early), with `block` empty.
+/// code, count or text that does not fit ends in a status, with `block` empty: CSIB_WrongMagic,
+/// CSIB_WrongVersion, CSIB_HeaderUnreadable where the bytes end too early, CSIB_WrongFormat for
+/// what is no number, axes that span no ellipsoid and a storage byte that is none, the codes'
+/// statuses, and those of the components. Bytes behind the end are not looked at.
 csib_Status csib_Read (std::unique_ptr<csib_Block>& block, std::span<const uint8_t> bytes);
 /// The size of the written form; CSIB_NoOutput for a null `size`.
 csib_Status csib_Size (const csib_Block& block, csib_StorageMode mode, std::size_t* size);
@@ -291,7 +304,9 @@ csib_Status csib_Clone (std::unique_ptr<csib_Block>& block, const csib_Block& so
 
 // Replace one component of a live block from its parameter bytes. Without bytes (a null data
 // pointer) the horizontal, vertical and shift parts are removed. On a failure the component is
-// gone.
+// gone. Code 0 leaves a block without that component (a datum of code 0 copies). The statuses are
+// those of csib_Read; CSIB_WrongFormat for an adjustment with a value that is no number or with the
+// scale factor 0.
 csib_Status csib_SetDatum (csib_Block& block, uint8_t code, std::span<const uint8_t> parameters);
 csib_Status csib_SetProjection (csib_Block& block, uint8_t code,
                                 std::span<const uint8_t> parameters);
@@ -309,23 +324,39 @@ csib_Status csib_ReloadFile (csib_Block& block, std::string_view path);
 // ---------------------------------------------------------------------------------------------
 // Point operations
 
-/// WGS84 to local by the datum; the orthometric height is completed by the geoid, or is the
-/// ellipsoidal one when there is none.
+// `point` and `out` may be the same; `out` counts only with CSIB_Ok.
+
+/// WGS84 to local by the datum; the orthometric height is completed by the geoid (absent where the
+/// geoid has no value), or is the ellipsoidal one when there is none. A point with an orthometric
+/// height only gets its ellipsoidal one from the geoid first, and fails where there is no value.
 csib_Status csib_WGS84ToLocal (csib_Block& block, const csib_Geodetic& point, csib_Geodetic& out);
 /// Local to WGS84 by the datum; a point with an orthometric height only has its ellipsoidal one
-/// found by iteration. CSIB_NoHeight for a point with neither.
+/// found by iteration: at most 10 rounds, until a round changes it by less than 1e-15 m; the last
+/// value counts. CSIB_NoHeight for a point with neither.
 csib_Status csib_LocalToWGS84 (csib_Block& block, const csib_Geodetic& point, csib_Geodetic& out);
-/// Projects, and applies the ground scale. CSIB_NoProjectionOperation without a projection.
+/// Projects, and applies the ground scale. CSIB_NoProjectionOperation without a projection, and
+/// where its formulas give no number.
 csib_Status csib_Project (csib_Block& block, const csib_Geodetic& point, csib_Grid& out);
 /// Takes the ground scale off and unprojects; the longitude lies within minus to plus pi.
-/// CSIB_LatitudeOutOfRange where the latitude reaches a pole.
+/// CSIB_LatitudeOutOfRange where the latitude reaches a pole or is no number,
+/// CSIB_NoProjectionOperation without a projection or without north or east.
 csib_Status csib_Unproject (csib_Block& block, const csib_Grid& point, csib_Geodetic& out);
+/// The last step from the grid: finds the ellipsoidal height of a local point from its orthometric
+/// one. Without a geoid it is the same; with one at most 10 rounds, until a round changes it by
+/// less than 1e-6 m, or CSIB_HeightDidNotConverge. On a failure the point has no ellipsoidal
+/// height. Nothing happens to a point without an orthometric height.
+csib_Status csib_LocalHeightFromOrthometric (csib_Block& block, csib_Geodetic& local);
+/// The step before the grid: the elevation of a projected local point. Without a geoid it is the
+/// ellipsoidal height; with a geoid and a datum the height less the separation at the WGS84
+/// position, or the ellipsoidal height where the geoid has no value there; absent where the point
+/// has no WGS84 position or the datum is none.
+void csib_ElevationOfLocal (csib_Block& block, const csib_Geodetic& local, csib_Grid& grid);
 /// Ellipsoidal less orthometric height at a WGS84 position; CSIB_NoSeparationOperation without a
-/// geoid.
+/// geoid and for one of code 2, whose values are carried but have no published meaning.
 csib_Status csib_Separation (csib_Block& block, const csib_Geodetic& wgs84, double& out);
-/// Fills the ellipsoidal height h = H + N with its flag.
+/// Fills the ellipsoidal height h = H + N with its flag. CSIB_NoHeight without an orthometric one.
 csib_Status csib_HeightFromOrthometric (csib_Block& block, csib_Geodetic& wgs84);
-/// Fills the orthometric height H = h - N with its flag.
+/// Fills the orthometric height H = h - N with its flag. CSIB_NoHeight without an ellipsoidal one.
 csib_Status csib_OrthometricFromHeight (csib_Block& block, csib_Geodetic& wgs84);
 // The adjustments: empty where the block has no such part.
 void csib_HorizontalForward (const csib_Block& block, csib_Grid& point) noexcept;
@@ -339,7 +370,8 @@ csib_Status csib_ShiftInverse (csib_Block& block, csib_Grid& point);
 /// the projection has no formula. CSIB_NoScaleOperation.
 csib_Status csib_PointScale (csib_Block& block, const csib_Geodetic& point, double& out);
 /// The point scale k combined with the height h above the ellipsoid, k R/(R + h), R the prime
-/// vertical radius or the fixed radius. CSIB_NoHeightForScale.
+/// vertical radius or the fixed radius. CSIB_NoHeightForScale for a point without either height, or
+/// one at the centre.
 csib_Status csib_CombinedScale (csib_Block& block, const csib_Geodetic& point, double& out);
 /// The convergence of the meridians at a geodetic point, radians; measured over 100 m where the
 /// projection's formula fails. CSIB_NoConvergenceOperation, CSIB_NoConvergence.

@@ -1,14 +1,30 @@
 // Bytes of a coordinate system block, the texts and raw parts of the two cursors.
 #include "geodesy/csib_bytes.h"
 
+#include <cmath>
+
 namespace clxml {
 
+double csib_Bytes::Finite () noexcept {
+  const double value = Double ();
+  if (std::isfinite (value)) return value;
+  Fail (CSIB_WrongFormat);
+  return 0.0;
+}
+
+double csib_Bytes::Known () noexcept {
+  const double value = Double ();
+  if (csib_IsKnown (value)) return value;
+  Fail (CSIB_WrongFormat);
+  return 0.0;
+}
+
 std::string_view csib_Bytes::Text () noexcept {
-  if (!_good) return {};
+  if (!IsGood ()) return {};
   const std::span<const uint8_t> rest = _bytes.subspan (_position);
   const void* end = rest.empty () ? nullptr : std::memchr (rest.data (), 0, rest.size ());
   if (end == nullptr) {
-    _good = false;
+    Fail ();
     return {};
   }
   const std::size_t length =
@@ -20,7 +36,7 @@ std::string_view csib_Bytes::Text () noexcept {
 std::u16string csib_Bytes::Text16 () {
   std::u16string text;
   while (const uint16_t unit = Number<uint16_t> ()) text += static_cast<char16_t> (unit);
-  if (!_good) text.clear ();
+  if (!IsGood ()) text.clear ();
   return text;
 }
 
@@ -41,20 +57,18 @@ void csib_Writer::Text16 (std::u16string_view text) noexcept {
   Number (uint16_t{0});
 }
 
+bool csib_Writer::Fits (std::size_t n) noexcept {
+  if (!_counts && n > _bytes.size () - _position) _good = false;
+  return _good;
+}
+
 void csib_Writer::Skip (std::size_t n) noexcept {
-  if (!_good || n > _bytes.size () - _position) {
-    _good = false;
-    return;
-  }
-  _position += n;
+  if (Fits (n)) _position += n;
 }
 
 void csib_Writer::Put (const void* source, std::size_t n) noexcept {
-  if (!_good || n > _bytes.size () - _position) {
-    _good = false;
-    return;
-  }
-  if (n > 0) std::memcpy (_bytes.data () + _position, source, n);
+  if (!Fits (n)) return;
+  if (!_counts && n > 0) std::memcpy (_bytes.data () + _position, source, n);
   _position += n;
 }
 

@@ -42,10 +42,13 @@ class csib_Bytes {
   double Version () const noexcept { return _version; }
   void SetVersion (double version) noexcept { _version = version; }
 
-  /// False as soon as something was asked for that the bytes do not hold.
-  bool IsGood () const noexcept { return _good; }
-  csib_Status Status () const noexcept { return _good ? CSIB_Ok : CSIB_HeaderUnreadable; }
-  void Fail () noexcept { _good = false; }
+  /// False as soon as something was asked for that the bytes do not hold; the status keeps the
+  /// first reason.
+  bool IsGood () const noexcept { return _status == CSIB_Ok; }
+  csib_Status Status () const noexcept { return _status; }
+  void Fail (csib_Status status = CSIB_HeaderUnreadable) noexcept {
+    if (IsGood ()) _status = status;
+  }
   std::size_t Position () const noexcept { return _position; }
   std::size_t Left () const noexcept { return _bytes.size () - _position; }
 
@@ -60,6 +63,11 @@ class csib_Bytes {
   }
   uint8_t Byte () noexcept { return Number<uint8_t> (); }
   double Double () noexcept { return Number<double> (); }
+  /// A double that is a number or null (1e308); CSIB_WrongFormat for an infinity or NaN, which no
+  /// calculation is to meet, and 0.0.
+  double Finite () noexcept;
+  /// A double that is a number; null is refused too.
+  double Known () noexcept;
   /// Up to the zero byte, which is passed; fails when there is none.
   std::string_view Text () noexcept;
   /// Up to the zero unit, which is passed; fails when there is none.
@@ -70,23 +78,29 @@ class csib_Bytes {
 
  private:
   bool Has (std::size_t n) noexcept {
-    if (!_good || n > Left ()) _good = false;
-    return _good;
+    if (n > Left ()) Fail ();
+    return IsGood ();
   }
 
   std::span<const uint8_t> _bytes;
   std::size_t _position = 0;
   double _version;
   bool _swapped = false;
-  bool _good = true;
+  csib_Status _status = CSIB_Ok;
 };
 
+/// A number that can be calculated with: neither NaN nor infinite, nor null or of its magnitude.
+inline bool csib_IsKnown (double value) noexcept { return value > -1e300 && value < 1e300; }
+
 /// A cursor that writes over bytes in the order of this machine; what does not fit fails it and is
-/// not written.
+/// not written. Without bytes it only counts.
 class csib_Writer {
  public:
   explicit csib_Writer (std::span<uint8_t> bytes) noexcept : _bytes (bytes) {}
+  /// Writes nowhere: Position tells how much it would have been.
+  csib_Writer () noexcept : _counts (true) {}
 
+  bool Counts () const noexcept { return _counts; }
   bool IsGood () const noexcept { return _good; }
   std::size_t Position () const noexcept { return _position; }
 
@@ -106,11 +120,13 @@ class csib_Writer {
   void Skip (std::size_t n) noexcept;
 
  private:
+  bool Fits (std::size_t n) noexcept;
   void Put (const void* source, std::size_t n) noexcept;
 
   std::span<uint8_t> _bytes;
   std::size_t _position = 0;
   bool _good = true;
+  bool _counts = false;
 };
 
 }  // namespace clxml
