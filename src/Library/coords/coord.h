@@ -153,7 +153,7 @@ class coord_WGS84 final : public coord_Family<coord_WGS84> {
 };
 
 /// Geodetic on the local ellipsoid. Height above the ellipsoid.
-class coord_Local : public coord_Family<coord_Local> {
+class coord_Local final : public coord_Family<coord_Local> {
  public:
   double Latitude = MATHS_Null;
   double Longitude = MATHS_Null;
@@ -223,7 +223,7 @@ class coord_CogoGrid final : public coord_Family<coord_CogoGrid> {
 /// A grid position as the job shows and stores it, behind the orientation of the grid and the
 /// offsets of the ground scale. Not interchangeable with coord_CogoGrid. The fields stand as east,
 /// elevation, north; the constructor takes north, east, elevation.
-class coord_CorrectedGrid : public coord_Family<coord_CorrectedGrid> {
+class coord_CorrectedGrid final : public coord_Family<coord_CorrectedGrid> {
  public:
   double East = MATHS_Null;
   double Elevation = MATHS_Null;
