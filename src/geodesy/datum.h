@@ -40,8 +40,8 @@ using csib_Rotation = std::array<std::array<double, 3>, 3>;
 /// signs of a rotation of the axes (coordinate frame).
 csib_Rotation csib_RotationMatrix (double rx, double ry, double rz) noexcept;
 /// The parameters of the opposite direction, exactly: the angles are read from the inverse of M,
-/// S' = 1/S, T' = -M' T/S. CSIB_Singular when a value is no number, the scale is 0.0 or the
-/// rotation about Y is a right angle; `out` stays as it was.
+/// S' = 1/S, T' = -M' T/S. CSIB_Singular when a value is no number, the scale is 0.0 or a
+/// rotation of the inverse is not within a right angle; `out` stays as it was.
 csib_Status csib_InvertSevenParameters (const csib_SevenParameters& parameters,
                                         csib_SevenParameters& out) noexcept;
 
