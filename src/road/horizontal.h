@@ -97,6 +97,9 @@ class HorizontalBase : public RoadElement {
   /// arc that is keyed by coordinates or so already (asserted by those conditions, no change).
   virtual void ChangeToLengthKeyin ();
   virtual void ChangeToEndStationKeyin ();
+  /// Derives from the keyed ones those of length, angle and radius that KeyinMethod does not key;
+  /// only an arc has such.
+  virtual void SettleKeyed () {}
 
  protected:
   using RoadElement::RoadElement;
@@ -134,6 +137,8 @@ class HorizontalStraight final
   void TakeStartFrom (const HorizontalBase& previous) override;
   RoadPosition PositionAt (double station) const override;
   coord_StationOffset StationOffsetOf (const coord_CorrectedGrid& coordinate) const override;
+  void ChangeToLengthKeyin () override;
+  void ChangeToEndStationKeyin () override;
   bool operator== (const HorizontalStraight&) const = default;
 
  protected:
@@ -173,6 +178,7 @@ class HorizontalArc final
   double* StartRadiusRef () noexcept override { return &Radius; }
   void ChangeToLengthKeyin () override;
   void ChangeToEndStationKeyin () override;
+  void SettleKeyed () override;
   bool operator== (const HorizontalArc&) const = default;
 
  protected:
@@ -180,6 +186,7 @@ class HorizontalArc final
 
  private:
   coord_CorrectedGrid Centre () const;
+  double RadialAzimuth () const;
 };
 
 /// What both kinds of spiral share: the clothoid between two radii, null being a straight line.
@@ -208,6 +215,8 @@ class HorizontalSpiral : public HorizontalBase {
   bool* DirectionRef () noexcept override { return &Clockwise; }
   double* EndRadiusRef () noexcept override { return &EndRadius; }
   double* StartRadiusRef () noexcept override { return &StartRadius; }
+  void ChangeToLengthKeyin () override;
+  void ChangeToEndStationKeyin () override;
   bool IsEntry () const noexcept { return ElementType () == ROAD_HorizontalEntrySpiral; }
 
  protected:

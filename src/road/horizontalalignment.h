@@ -11,9 +11,6 @@
 
 namespace clxml {
 
-/// The smaller of the two angles between two azimuths, 0 to π; null when one is null.
-double road_AzimuthDifference (double a, double b);
-
 /// A start point and what follows it.
 class HorizontalElementArray final
     : public RoadElementArrayOf<HorizontalBase, HorizontalElementArray> {
@@ -28,9 +25,9 @@ class HorizontalElementArray final
   /// nothing is turned.
   void ChangeKeyinStyle (KeyinStyle NewKeyinStyle);
   /// Computes every element behind the first again from its keyed values and the end of the one
-  /// before; Mixed recomputes nothing. By end station, stations that go back are asserted
-  /// ("Elements[previous]->EndChainage <= Elements[ndx]->EndChainage") and nothing is recomputed.
-  void RecomputeAll ();
+  /// before; Mixed recomputes nothing. By end station, stations that go back are refused: false,
+  /// and nothing is recomputed.
+  bool RecomputeAll ();
 
   /// Of the first element; null if empty.
   double StartChainage () const noexcept;
@@ -52,8 +49,8 @@ class HorizontalElementArray final
   /// computation for each element.
   coord_StationOffset StationOffsetOf (const coord_CorrectedGrid& coordinate) const;
   /// The box of all starts and ends, without heights: arcs and spirals do not widen it beyond their
-  /// ends. False, and two nulls, if empty. What an element lacks is left out and asserted
-  /// ("!EndCoordinate.NullHorizontal()", "!StartCoordinate.NullHorizontal()").
+  /// ends. Coordinates that an element lacks are left out. False, and two nulls, when none is
+  /// known.
   bool GetExtent (coord_CorrectedGrid& min, coord_CorrectedGrid& max) const;
 
   /// Adds the start of each element behind the first with what happens there, and the end.

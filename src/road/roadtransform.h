@@ -3,15 +3,9 @@
 // them through this one object of the process. Leans on coordsys/transfrm.
 #pragma once
 
-#include <cstdint>
-
 #include "Library/coordsys/transfrm.h"
 
 namespace clxml {
-
-/// How the road subsystem computes, whatever the job's own settings: grid azimuths, grid distances,
-/// ellipsoid distances, orthometric heights.
-inline constexpr uint32_t ROAD_CogoSystem = 0x8A4;
 
 /// Builds the transform of the roads from corrections alone, which opens no file, in place of the
 /// one before. Process-wide and unguarded: not during any computation of a road.

@@ -6,21 +6,12 @@
 
 #include <cstdint>
 
+#include "Library/cogo/roadcogo.h"
 #include "numerics/maths.h"
 #include "road/chainage.h"
 #include "road/roadelement.h"
 
 namespace clxml {
-
-/// A place in the long section, metres.
-struct VerticalPosition {
-  double Station = MATHS_Null;
-  double Elevation = MATHS_Null;
-
-  /// True when either number is null.
-  bool IsNull () const noexcept { return maths_IsNull (Station) || maths_IsNull (Elevation); }
-  bool operator== (const VerticalPosition&) const = default;
-};
 
 /// The angle of the line between two places, radians, atan2 (Δelevation, Δstation); null when one
 /// is null or both are the same.
