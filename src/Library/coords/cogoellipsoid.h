@@ -10,8 +10,8 @@ struct coordsys_Ellipsoid;
 /// The end of a line from a start (latitude, longitude), along an azimuth over a distance (metres,
 /// not negative) on the ellipsoid; angles in radians. W is sqrt (1 - e^2 sin^2 (latitude)) at the
 /// start; the longitude comes back within minus and plus pi. Nulls give nulls, and so does a line
-/// that leaves the reach of the series. Robbins, "Long lines on the spheroid", Survey Review 125,
-/// 1962; in this form in Bomford, Geodesy, 4th edition 1980, section 2.15.
+/// that leaves the reach of the series. A. R. Robbins, "Long lines on the spheroid", Survey
+/// Review 16 (125), 1962.
 void cogo_EllipsoidDirect (const coordsys_Ellipsoid& ellipsoid, double latitude, double longitude,
                            double azimuth, double distance, double W, double& latitudeOut,
                            double& longitudeOut);
