@@ -89,7 +89,9 @@ struct datum_Grid {
   int32_t WindowRowHigh = 0;
   std::vector<double> Cells;        ///< `Window` rows of `Window` values
   std::vector<uint8_t> LineBuffer;  ///< `Window` elements as they are stored
-  std::vector<double> ColumnWeights, RowWeights, SplineWork;  ///< `Order` each, not for bilinear
+  // Work space of spline and biquadratic, `Order` values each; the last one, of the spline alone,
+  // never changes.
+  std::vector<double> ColumnWeights, RowWeights, SplineWork, SplineInversePivots;
 
   bool Has (datum_GridFlag flag) const noexcept { return (Flags & flag) != 0; }
   /// Bytes of header and elements.
