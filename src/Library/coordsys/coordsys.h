@@ -67,7 +67,8 @@ enum coordsys_Error : int32_t {
 /// The scale between grid and ground, about a location of the project.
 struct coordsys_GroundScale {
   coordsys_GroundScaleFactorType Type = COORDSYS_GridScaleFactor;
-  double Factor = 1.0;          ///< multiplies grid coordinates; null counts as 1
+  double Factor =
+      1.0;  ///< multiplies grid coordinates; null and 0, which new records have, count as 1
   coord_Local ProjectLocation;  ///< where grid and ground agree
   double NorthingOffset = 0.0;  ///< taken off on the way to the job's grid
   double EastingOffset = 0.0;
@@ -144,8 +145,7 @@ struct coordsys_Corrections {
   coordsys_WeightExponent WeightExponent = COORDSYS_WeightExponentZeroPointFive;
 };
 
-// The parts that the records of a job stand for. A ground scale factor of 0, which a record has
-// that was never given one, counts as none.
+// The parts that the records of a job stand for.
 coordsys_Ellipsoid coordsys_FromRecord (const db_Ellipsoid& record);
 coordsys_Datum coordsys_FromRecord (const db_Datum& record);
 coordsys_Projection coordsys_FromRecord (const db_Projection& record);
@@ -180,18 +180,19 @@ class coordsys_Axes {
   coordsys_Axes (uint16_t components, const coordsys_Projection& projection,
                  coordsys_GridOrientation orientation) noexcept;
 
-  /// North runs the other way in the job's grid.
-  bool IsNorthReversed () const noexcept { return _northReversed; }
-  bool IsEastReversed () const noexcept { return _eastReversed; }
   void ToGrid (const coord_CogoGrid& cogo, coord_CorrectedGrid& grid) const noexcept;
   void ToCogo (const coord_CorrectedGrid& grid, coord_CogoGrid& cogo) const noexcept;
   // The records: the origin as a point, slopes and translations negated along reversed axes.
-  coordsys_Height ToGrid (const coordsys_Height& cogo) const;
-  coordsys_Height ToCogo (const coordsys_Height& grid) const;
-  coordsys_Plane ToGrid (const coordsys_Plane& cogo) const noexcept;
-  coordsys_Plane ToCogo (const coordsys_Plane& grid) const noexcept;
+  coordsys_Height ToGrid (coordsys_Height cogo) const noexcept;
+  coordsys_Height ToCogo (coordsys_Height grid) const noexcept;
+  coordsys_Plane ToGrid (coordsys_Plane cogo) const noexcept;
+  coordsys_Plane ToCogo (coordsys_Plane grid) const noexcept;
 
  private:
+  void MoveToGrid (double& north, double& east) const noexcept;
+  void MoveToCogo (double& north, double& east) const noexcept;
+  void Turn (double& alongNorth, double& alongEast) const noexcept;
+
   double _originNorth = 0.0;
   double _originEast = 0.0;
   double _northingOffset = 0.0;

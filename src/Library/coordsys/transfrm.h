@@ -102,9 +102,6 @@ class Transform {
   /// project. For COORDSYS_ScaleOnly the scale of the projection whatever the point. Null without a
   /// horizontal part, a height or a projection.
   double GroundScaleAt (const coord_Local& point) const;
-  /// The convergence of the meridians at a point, radians; null where there is none.
-  double ConvergenceAt (const coord_Local& point) const;
-
   void GetAzimuthCorrection (double& northAzimuth,
                              coordsys_GridOrientation& orientation) const noexcept;
   /// The azimuth turned by pi for a grid whose north runs to the south, and by pi for azimuths that
@@ -131,7 +128,13 @@ class Transform {
   uint32_t Options = 0;  ///< mask of coordsys_Options of the last assembly
 
  private:
+  class GridDoor;
+  struct CopyParts {};
+  // The parts and the identity, without a block.
+  Transform (const Transform& other, CopyParts);
+
   coordsys_Axes Axes () const noexcept;
+  double GroundScaleIn (csib_Block& block, const coord_Local& point) const;
   void ComputeGroundScale ();
   void ToCogoGrid (const coord_Local& source, coord_CogoGrid& destination, bool isCalibrated) const;
   void ToLocal (const coord_CogoGrid& source, coord_Local& destination, bool isCalibrated) const;
