@@ -290,6 +290,9 @@ csib_Status csib_GeodeticToCartesian (double a, double b, const csib_Geodetic& p
 // dearer than a root: phi changes by the cross product of the two directions.
 csib_Status csib_CartesianToGeodetic (double a, double b, const csib_Cartesian& xyz,
                                       csib_Geodetic& point) noexcept {
+  // Beyond this the squares overflow, and NaN is no place either.
+  if (!(std::fabs (xyz.X) < 1e100 && std::fabs (xyz.Y) < 1e100 && std::fabs (xyz.Z) < 1e100))
+    return CSIB_CartesianDidNotConverge;
   const double ratio2 = (b * b) / (a * a);
   const double e2 = 1.0 - ratio2;
   const double p = std::sqrt (xyz.X * xyz.X + xyz.Y * xyz.Y);

@@ -91,6 +91,10 @@ bool csib_Transpose (const csib_Matrix& m, csib_Matrix& out) noexcept {
   return true;
 }
 
+// What remains of a diagonal element when its row depends on those before is rounding, and no
+// pivot.
+constexpr double leastPivot = 128.0 * std::numeric_limits<double>::epsilon ();
+
 // A = G G', the inverse of the triangle G in its place, and A^-1 = G'^-1 G^-1.
 bool csib_InvertSymmetric (csib_Matrix& m) noexcept {
   if (m.Rows != m.Columns) return false;
@@ -99,10 +103,7 @@ bool csib_InvertSymmetric (csib_Matrix& m) noexcept {
     const double before = m[j][j];
     double pivot = before;
     for (std::size_t k = 0; k < j; k++) pivot -= m[j][k] * m[j][k];
-    // What rounding alone leaves of the diagonal is no pivot.
-    if (!(pivot > before * static_cast<double> (n) * std::numeric_limits<double>::epsilon ()) ||
-        !std::isfinite (pivot))
-      return false;
+    if (!(pivot > before * leastPivot) || !std::isfinite (pivot)) return false;
     m[j][j] = std::sqrt (pivot);
     for (std::size_t i = j + 1; i < n; i++) {
       double sum = m[i][j];
@@ -130,8 +131,6 @@ bool csib_InvertSymmetric (csib_Matrix& m) noexcept {
 }
 
 namespace {
-
-constexpr std::size_t unknowns = 7;
 
 csib_Cartesian Turned (const csib_Rotation& m, const csib_Cartesian& p) noexcept {
   return {m[0][0] * p.X + m[0][1] * p.Y + m[0][2] * p.Z,
@@ -169,61 +168,102 @@ Turns TurnsOf (const csib_SevenParameters& p) noexcept {
   return turns;
 }
 
-std::array<double*, unknowns> Places (csib_SevenParameters& p) noexcept {
+std::array<double*, 7> Places (csib_SevenParameters& p) noexcept {
   return {&p.TX, &p.TY, &p.TZ, &p.RX, &p.RY, &p.RZ, &p.S};
 }
 
+// The rows of one point for the three axes, by RX, RY, RZ and S.
+using Design = std::array<std::array<double, 4>, 3>;
+
+Design DesignAt (const Turns& turns, double S, const csib_Cartesian& point) noexcept {
+  const csib_Cartesian byX = Turned (turns.ByX, point);
+  const csib_Cartesian byY = Turned (turns.ByY, point);
+  const csib_Cartesian byZ = Turned (turns.ByZ, point);
+  const csib_Cartesian byS = Turned (turns.M, point);
+  return {{{S * byX.X, S * byY.X, S * byZ.X, byS.X},
+           {S * byX.Y, S * byY.Y, S * byZ.Y, byS.Y},
+           {S * byX.Z, S * byY.Z, S * byZ.Z, byS.Z}}};
+}
+
+csib_Cartesian Centre (std::span<const csib_Cartesian> points) noexcept {
+  csib_Cartesian sum;
+  for (const csib_Cartesian& point : points)
+    sum = {sum.X + point.X, sum.Y + point.Y, sum.Z + point.Z};
+  const auto n = static_cast<double> (points.size ());
+  return {sum.X / n, sum.Y / n, sum.Z / n};
+}
+
+// The normal equations of the seven, of which the three translations are eliminated beforehand:
+// their block is diagonal, n + W with the weights W of the priors, and what is left of the others
+// is the sum over the points as seen from their centre, plus W n/(n + W) times the centre itself.
+// Left in, a network far from the origin would lose the turns in the rounding of the translations.
 csib_Status Fit (std::span<const csib_Cartesian> from, std::span<const csib_Cartesian> to,
                  csib_SevenParameters& parameters, std::span<csib_Cartesian> residuals,
                  double tolerance, int maxRounds, const csib_FitPriors* priors, csib_FitStop stop) {
   if (to.size () < from.size () || residuals.size () < from.size ()) return CSIB_NoOutput;
+  if (from.empty ()) return CSIB_Singular;
   csib_SevenParameters start = parameters;
   csib_SevenParameters p = parameters;
-  csib_Matrix normal (unknowns, unknowns);
-  csib_Vector right (unknowns);
-  csib_Vector correction (unknowns);
+  std::array<double, 7> weights{};
+  for (std::size_t j = 0; priors && j < 7; j++)
+    if ((priors->Mask >> j & 1) != 0) weights[j] = priors->Weights[j];
+  const auto n = static_cast<double> (from.size ());
+  const csib_Cartesian centre = Centre (from);
+  csib_Matrix normal (4, 4);
+  csib_Vector right (4);
+  csib_Vector turn (4);
   double largestBefore = std::numeric_limits<double>::infinity ();
 
   for (int round = 0; round < maxRounds; round++) {
     csib_Clear (normal);
     csib_Clear (right);
     const Turns turns = TurnsOf (p);
+    const auto add = [&] (const Design& design, std::size_t axis, double weight, double misfit) {
+      for (std::size_t j = 0; j < 4; j++) {
+        right[j] += design[axis][j] * misfit;
+        for (std::size_t k = 0; k <= j; k++)
+          normal[j][k] += design[axis][j] * design[axis][k] * weight;
+      }
+    };
     double largest = 0.0;
+    double sum[3] = {};
     for (std::size_t i = 0; i < from.size (); i++) {
       const csib_Cartesian turned = Turned (turns.M, from[i]);
-      const csib_Cartesian residual = {to[i].X - (p.S * turned.X + p.TX),
-                                       to[i].Y - (p.S * turned.Y + p.TY),
-                                       to[i].Z - (p.S * turned.Z + p.TZ)};
-      residuals[i] = residual;
-      const double length = std::hypot (residual.X, residual.Y, residual.Z);
+      const double misfit[3] = {to[i].X - (p.S * turned.X + p.TX),
+                                to[i].Y - (p.S * turned.Y + p.TY),
+                                to[i].Z - (p.S * turned.Z + p.TZ)};
+      residuals[i] = {misfit[0], misfit[1], misfit[2]};
+      const double length = std::hypot (misfit[0], misfit[1], misfit[2]);
       if (!std::isfinite (length)) return CSIB_Singular;
       largest = std::max (largest, length);
-
-      const csib_Cartesian byX = Turned (turns.ByX, from[i]);
-      const csib_Cartesian byY = Turned (turns.ByY, from[i]);
-      const csib_Cartesian byZ = Turned (turns.ByZ, from[i]);
-      const double design[3][unknowns] = {
-          {1.0, 0.0, 0.0, p.S * byX.X, p.S * byY.X, p.S * byZ.X, turned.X},
-          {0.0, 1.0, 0.0, p.S * byX.Y, p.S * byY.Y, p.S * byZ.Y, turned.Y},
-          {0.0, 0.0, 1.0, p.S * byX.Z, p.S * byY.Z, p.S * byZ.Z, turned.Z}};
-      const double misfit[3] = {residual.X, residual.Y, residual.Z};
+      const Design design =
+          DesignAt (turns, p.S, {from[i].X - centre.X, from[i].Y - centre.Y, from[i].Z - centre.Z});
       for (std::size_t axis = 0; axis < 3; axis++) {
-        for (std::size_t j = 0; j < unknowns; j++) {
-          right[j] += design[axis][j] * misfit[axis];
-          for (std::size_t k = 0; k <= j; k++) normal[j][k] += design[axis][j] * design[axis][k];
-        }
+        add (design, axis, 1.0, misfit[axis]);
+        sum[axis] += misfit[axis];
       }
     }
-    if (priors) {
-      for (std::size_t j = 0; j < unknowns; j++) {
-        if ((priors->Mask >> j & 1) == 0) continue;
-        normal[j][j] += priors->Weights[j];
-        right[j] += priors->Weights[j] * (*Places (start)[j] - *Places (p)[j]);
-      }
+
+    const Design atCentre = DesignAt (turns, p.S, centre);
+    double fromStart[7];
+    for (std::size_t j = 0; j < 7; j++) fromStart[j] = *Places (start)[j] - *Places (p)[j];
+    for (std::size_t axis = 0; axis < 3; axis++) {
+      const double held = weights[axis] / (n + weights[axis]);
+      add (atCentre, axis, held * n, held * (sum[axis] - n * fromStart[axis]));
+    }
+    for (std::size_t j = 0; j < 4; j++) {
+      normal[j][j] += weights[j + 3];
+      right[j] += weights[j + 3] * fromStart[j + 3];
     }
     if (!csib_InvertSymmetric (normal)) return CSIB_Singular;
-    csib_Multiply (normal, right, correction);
-    for (std::size_t j = 0; j < unknowns; j++) *Places (p)[j] += correction[j];
+    csib_Multiply (normal, right, turn);
+    for (std::size_t axis = 0; axis < 3; axis++) {
+      double moved = 0.0;
+      for (std::size_t j = 0; j < 4; j++) moved += atCentre[axis][j] * turn[j];
+      *Places (p)[axis] +=
+          (sum[axis] - n * moved + weights[axis] * fromStart[axis]) / (n + weights[axis]);
+    }
+    for (std::size_t j = 0; j < 4; j++) *Places (p)[j + 3] += turn[j];
 
     const double measure =
         stop == CSIB_StopAtSteadyResidual ? std::fabs (largest - largestBefore) : largest;
