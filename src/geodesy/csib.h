@@ -78,47 +78,49 @@ enum csib_StorageMode : uint8_t { CSIB_Embedded = 0, CSIB_ByName = 1 };
 // gives the bytes that `read` would take.
 
 struct csib_DatumOperations {
-  csib_Status (*read) (csib_Block& block, csib_Bytes& in);
-  csib_Status (*unload) (csib_Block& block, std::string_view path);
-  csib_Status (*load) (csib_Block& block, std::string_view path);
-  void (*free) (csib_Block& block);
-  csib_Status (*write) (const csib_Block& block, csib_Writer& out, csib_StorageMode mode);
+  csib_Status (*read) (csib_Block& block, csib_Bytes& in) = nullptr;
+  csib_Status (*unload) (csib_Block& block, std::string_view path) = nullptr;
+  csib_Status (*load) (csib_Block& block, std::string_view path) = nullptr;
+  void (*free) (csib_Block& block) = nullptr;
+  csib_Status (*write) (const csib_Block& block, csib_Writer& out, csib_StorageMode mode) = nullptr;
   /// WGS84 to local.
-  csib_Status (*forward) (csib_Block& block, const csib_Geodetic& point, csib_Geodetic& out);
+  csib_Status (*forward) (csib_Block& block, const csib_Geodetic& point,
+                          csib_Geodetic& out) = nullptr;
   /// Local to WGS84.
-  csib_Status (*inverse) (csib_Block& block, const csib_Geodetic& point, csib_Geodetic& out);
-  csib_Status (*parameters) (const csib_Block& block, std::vector<uint8_t>& out);
-  csib_Status (*size) (const csib_Block& block, csib_StorageMode mode, std::size_t& out);
+  csib_Status (*inverse) (csib_Block& block, const csib_Geodetic& point,
+                          csib_Geodetic& out) = nullptr;
+  csib_Status (*parameters) (const csib_Block& block, std::vector<uint8_t>& out) = nullptr;
+  csib_Status (*size) (const csib_Block& block, csib_StorageMode mode, std::size_t& out) = nullptr;
 };
 
 struct csib_ProjectionOperations {
-  csib_Status (*read) (csib_Block& block, csib_Bytes& in);
-  csib_Status (*unload) (csib_Block& block, std::string_view path);
-  csib_Status (*load) (csib_Block& block, std::string_view path);
-  void (*free) (csib_Block& block);
-  csib_Status (*write) (const csib_Block& block, csib_Writer& out, csib_StorageMode mode);
+  csib_Status (*read) (csib_Block& block, csib_Bytes& in) = nullptr;
+  csib_Status (*unload) (csib_Block& block, std::string_view path) = nullptr;
+  csib_Status (*load) (csib_Block& block, std::string_view path) = nullptr;
+  void (*free) (csib_Block& block) = nullptr;
+  csib_Status (*write) (const csib_Block& block, csib_Writer& out, csib_StorageMode mode) = nullptr;
   /// Geodetic to grid, without false origin and ground scale.
-  csib_Status (*forward) (csib_Block& block, const csib_Geodetic& point, csib_Grid& out);
+  csib_Status (*forward) (csib_Block& block, const csib_Geodetic& point, csib_Grid& out) = nullptr;
   /// Grid to geodetic, the same.
-  csib_Status (*inverse) (csib_Block& block, const csib_Grid& point, csib_Geodetic& out);
+  csib_Status (*inverse) (csib_Block& block, const csib_Grid& point, csib_Geodetic& out) = nullptr;
   /// The point scale factor at a geodetic point.
-  csib_Status (*scale) (csib_Block& block, const csib_Geodetic& point, double& out);
+  csib_Status (*scale) (csib_Block& block, const csib_Geodetic& point, double& out) = nullptr;
   /// The convergence of the meridians at a geodetic point, radians.
-  csib_Status (*convergence) (csib_Block& block, const csib_Geodetic& point, double& out);
-  csib_Status (*parameters) (const csib_Block& block, std::vector<uint8_t>& out);
-  csib_Status (*size) (const csib_Block& block, csib_StorageMode mode, std::size_t& out);
+  csib_Status (*convergence) (csib_Block& block, const csib_Geodetic& point, double& out) = nullptr;
+  csib_Status (*parameters) (const csib_Block& block, std::vector<uint8_t>& out) = nullptr;
+  csib_Status (*size) (const csib_Block& block, csib_StorageMode mode, std::size_t& out) = nullptr;
 };
 
 struct csib_GeoidOperations {
-  csib_Status (*read) (csib_Block& block, csib_Bytes& in);
-  csib_Status (*unload) (csib_Block& block, std::string_view path);
-  csib_Status (*load) (csib_Block& block, std::string_view path);
-  void (*free) (csib_Block& block);
-  csib_Status (*write) (const csib_Block& block, csib_Writer& out, csib_StorageMode mode);
+  csib_Status (*read) (csib_Block& block, csib_Bytes& in) = nullptr;
+  csib_Status (*unload) (csib_Block& block, std::string_view path) = nullptr;
+  csib_Status (*load) (csib_Block& block, std::string_view path) = nullptr;
+  void (*free) (csib_Block& block) = nullptr;
+  csib_Status (*write) (const csib_Block& block, csib_Writer& out, csib_StorageMode mode) = nullptr;
   /// Ellipsoidal less orthometric height at a WGS84 position, metres.
-  csib_Status (*separation) (csib_Block& block, const csib_Geodetic& point, double& out);
-  csib_Status (*parameters) (const csib_Block& block, std::vector<uint8_t>& out);
-  csib_Status (*size) (const csib_Block& block, csib_StorageMode mode, std::size_t& out);
+  csib_Status (*separation) (csib_Block& block, const csib_Geodetic& point, double& out) = nullptr;
+  csib_Status (*parameters) (const csib_Block& block, std::vector<uint8_t>& out) = nullptr;
+  csib_Status (*size) (const csib_Block& block, csib_StorageMode mode, std::size_t& out) = nullptr;
 };
 
 /// Codes of the datum; 2, a regression, is refused.
