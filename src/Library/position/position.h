@@ -218,4 +218,15 @@ class position {
   bool _IsWGS84Ground = false;  // WGS84Ellipsoid was
 };
 
+template <class Form>
+void position::Load (Form& form, const Form& value, coord_Type original, uint32_t bit,
+                     const Transform* transform) {
+  const Form loaded = value;  // which may be a form of this position
+  Reset ();
+  form = loaded;
+  Original = original;
+  Status = bit;
+  TransformId = transform ? transform->GetId () : TRANSFORM_NoId;
+}
+
 }  // namespace clxml

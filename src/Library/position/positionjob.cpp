@@ -1,0 +1,284 @@
+// What a position needs its job for: records, bases by name, antennas, observations.
+#include "Library/position/positionjob.h"
+
+#include "Library/position/position.h"
+#include "Library/position/reduce.h"
+#include "Library/records/dbConventional.h"
+#include "Library/records/dbGPS.h"
+#include "Library/records/dbMeasurements.h"
+#include "Library/records/dbPoints.h"
+
+namespace clxml {
+namespace {
+
+// The record of that number as a T; null when there is none or it is of another type.
+template <class T>
+const T* RecordAs (const position_Job& job, DBID id) {
+  return id == NODBID ? nullptr : T::From (job.Record (id));
+}
+
+// The true height of an antenna over its mark; null when its records are not to be had or say
+// nothing sensible. A height along a slope to the antenna's rim has rim and axis apart.
+double AntennaHeight (const position_Job& job, DBID id) {
+  const db_Antenna* antenna = RecordAs<db_Antenna> (job, id);
+  if (!antenna) return MATHS_Null;
+  if (antenna->APCType == DBGPS_Absolute) return antenna->MeasuredHeight;
+  const db_Equipment* equipment = RecordAs<db_Equipment> (job, antenna->Equipment);
+  if (!equipment) return MATHS_Null;
+  const double slope = maths_Add (antenna->MeasuredHeight, equipment->TapeAdjustment);
+  if (maths_IsNull (slope) || slope <= 0.0) return MATHS_Null;
+  return maths_Add (maths_SquareRoot (maths_Subtract (maths_Square (slope),
+                                                      maths_Square (equipment->HorizontalOffset))),
+                    equipment->VerticalOffset);
+}
+
+}  // namespace
+
+resolutionChain_Hold::resolutionChain_Hold (position_Job& job, const Str& name)
+    : _Names (job.ResolutionChainNames ()), _Name (name), _IsEntered (false) {
+  if (_Names.Count () >= MaximumNames) return;
+  for (int i = 0; i < _Names.Count (); i++)
+    if (_Names[i].EqualInsensitive (name)) return;
+  _Names.Add (name);
+  _IsEntered = true;
+}
+
+resolutionChain_Hold::~resolutionChain_Hold () {
+  if (!_IsEntered) return;
+  const int last = _Names.Count () - 1;
+  if (Assert (last >= 0 && _Names[last].EqualInsensitive (_Name),
+              "resolutionChainNames [resolutionChainNames.Count () - "
+              "1].EqualInsensitive (positionName)"))
+    _Names.RemoveAt (last);
+}
+
+std::unique_ptr<position> position_CreateResolved (position_Job& job, const Str& name,
+                                                   int searchKind, bool useProjectHeight) {
+  const resolutionChain_Hold hold (job, name);
+  if (!hold.IsEntered ()) return nullptr;
+  std::unique_ptr<position> found = job.Find (name, searchKind, useProjectHeight);
+  if (found && !found->ComputeAbsolute (job.CurrentTransform ())) found.reset ();
+  return found;
+}
+
+bool position::LoadBaseNames (DBID location) {
+  DBLocationOfBaseRecord = location;
+  const dbRecord_Class* record = location == NODBID ? nullptr : SearchData->Record (location);
+  if (const auto* point = db_Observation::From (record)) {
+    NameOfBase = point->PointName;
+  } else if (const auto* polar = db_Polar::From (record)) {
+    NameOfBase = polar->SourcePoint;
+  } else if (const auto* azimuth = db_Azimuth::From (record)) {
+    NameOfBase = azimuth->SourcePoint;
+  } else if (const auto* backBearing = db_TotalBackBearing::From (record)) {
+    NameOfBase = backBearing->Station;
+    NameOfBacksight = backBearing->BackSight;
+  } else if (const auto* station = db_TotalStation::From (record)) {
+    NameOfBase = station->StationName;
+  } else if (const auto* reference = db_Reference::From (record)) {
+    NameOfBase = reference->PointName;
+  } else if (const auto* laser = db_LaserBasePoint::From (record)) {
+    NameOfBase = laser->TheName;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+bool position::LoadFromRecord (position_Job& job, const dbRecord_Class& record) {
+  const Transform* transform = &job.CurrentTransform ();
+  const auto takeReadings = [&] (const auto& reading) {
+    Assert (
+        reading.Station != NODBID && reading.Target != NODBID && reading.BackBearing != NODBID,
+        "stationLocation != NODBID && targetLocation != NODBID && backbearingLocation != NODBID");
+    SearchData = &job;
+    DBLocationOfCircleStation = reading.Station;
+    DBLocationOfCircleTarget = reading.Target;
+    DBLocationOfCircleBackBearing = reading.BackBearing;
+    CogoSystem = reading.CreatedView;
+    LoadBaseNames (reading.BackBearing);
+  };
+  if (const auto* deltas = db_ECEFDeltas::From (&record)) {
+    Assert (deltas->Antenna != NODBID && deltas->Reference != NODBID,
+            "dbECEFDeltas->Antenna != NODBID && dbECEFDeltas->Reference != NODBID");
+    LoadFromECEFDeltas ({deltas->XDelta, deltas->YDelta, deltas->ZDelta}, transform);
+    SearchData = &job;
+    DBLocationOfAntenna = deltas->Antenna;
+    DBLocationOfECEFDeltasReference = deltas->Reference;
+    LoadBaseNames (deltas->Reference);
+  } else if (const auto* ecef = db_ECEF::From (&record)) {
+    Assert (ecef->Antenna != NODBID, "dbECEF->Antenna != NODBID");
+    LoadFromECEF ({ecef->X, ecef->Y, ecef->Z}, transform);
+    DBLocationOfAntenna = ecef->Antenna;
+  } else if (const auto* ground = db_ECEFGround::From (&record)) {
+    LoadFromECEFGround ({ground->X, ground->Y, ground->Z}, transform);
+  } else if (const auto* wgs84 = db_WGS84::From (&record)) {
+    LoadFromWGS84 ({wgs84->Lat, wgs84->Long, wgs84->Height}, transform);
+  } else if (const auto* local = db_Local::From (&record)) {
+    LoadFromLocal ({local->Lat, local->Long, local->Height}, transform);
+  } else if (const auto* grid = db_Grid::From (&record)) {
+    LoadFromGrid ({grid->North, grid->East, grid->Elev}, transform);
+  } else if (const auto* polar = db_Polar::From (&record)) {
+    LoadFromPolar ({polar->Azimuth, polar->HDist, polar->VDist}, transform);
+    NameOfBase = polar->SourcePoint;
+    CogoSystem = polar->CreatedView;
+  } else if (const auto* azimuth = db_Azimuth::From (&record)) {
+    LoadFromPolar ({azimuth->Azimuth, MATHS_Null, MATHS_Null}, transform);
+    NameOfBase = azimuth->SourcePoint;
+    CogoSystem = azimuth->CreatedView;
+  } else if (const auto* laser = db_LaserOffset::From (&record)) {
+    Assert (laser->MagneticDeclination != NODBID && laser->LaserHeight != NODBID &&
+                laser->TargetHeight != NODBID,
+            "magneticDeclinationLocation != NODBID && laserHeightLocation != NODBID && "
+            "targetHeightLocation != NODBID");
+    Load (LaserOffset, coord_LaserOffset (laser->Azimuth, laser->VertAngle, laser->SlopeDist),
+          COORD_LaserOffsetType, POSITION_DoneLaserOffset, transform);
+    SearchData = &job;
+    DBLocationOfMagneticDeclination = laser->MagneticDeclination;
+    DBLocationOfLaserHeight = laser->LaserHeight;
+    DBLocationOfTargetHeight = laser->TargetHeight;
+    CogoSystem = laser->CreatedView;
+    LoadBaseNames (laser->BasePoint);
+  } else if (const auto* circle = db_Circle::From (&record)) {
+    Load (Circle,
+          coord_Circle (circle->HorzCircle, circle->VertCircle, circle->EDMDistance, circle->Face,
+                        circle->HorzCircleStdErr, circle->VertCircleStdErr,
+                        circle->EDMDistanceStdErr, circle->EDMMeasurementMode),
+          COORD_CircleType, POSITION_DoneCircle, transform);
+    takeReadings (*circle);
+  } else if (const auto* mean = db_MeanTurnedAngle::From (&record)) {
+    LoadFromMTA ({mean->HorzCircle, mean->VertCircle, mean->EDMDistance, mean->HorzCircleStdErr,
+                  mean->VertCircleStdErr, mean->EDMDistanceStdErr, mean->NumberOfHAngles,
+                  mean->NumberOfVAngles, mean->NumberOfDistances},
+                 transform);
+    takeReadings (*mean);
+  } else {
+    Reset ();
+    Assert (false, "record.IsMeasurement ()");
+    return false;
+  }
+  SearchData = &job;
+  if (IsObservation ()) Assert (CogoSystem != 0, "!CogoSystem.IsNull()");
+  return true;
+}
+
+bool position::LoadCachedGrid () {
+  if (!Object || !SearchData || TransformId != SearchData->CurrentTransform ().GetId ())
+    return false;
+  if (!Object->LoadGrid (Grid)) return false;
+  return Finish (POSITION_DoneGrid, true);
+}
+
+void position::StoreCachedGrid () {
+  if (Object && SearchData && TransformId == SearchData->CurrentTransform ().GetId ())
+    Object->StoreGrid (Grid, !UseProjectHeight);
+}
+
+// The base by name, ready to be one; null without a job or a name, or when it has no position.
+std::unique_ptr<position> position::Base (int searchKind) const {
+  if (!SearchData || NameOfBase.IsEmpty ()) return nullptr;
+  return position_CreateResolved (*SearchData, NameOfBase, searchKind, UseProjectHeight);
+}
+
+// From a base along Polar to a target of the form wanted. A reading that could not be turned has
+// distances and no direction: it leads nowhere.
+bool position::ForwardFromBase (position& base, const Transform& transform, position& target,
+                                coord_Type wanted) {
+  const bool isTurned =
+      Original == COORD_UnturnedType || Original == COORD_CircleType || Original == COORD_MTAType;
+  if (!SearchData || (isTurned && maths_IsNull (Polar.Azimuth))) return false;
+  if (!SearchData->ForwardPolar (base, transform, Polar, target, CogoSystem)) return false;
+  const char* const text = wanted == COORD_GridType    ? "target->Original == COORD_GridType"
+                           : wanted == COORD_LocalType ? "target->Original == COORD_LocalType"
+                                                       : "target->Original == COORD_WGS84Type";
+  return Assert (target.Original == wanted, text);
+}
+
+bool position::ComputeAntenna () {
+  if (!BeginAttempt (POSITION_DoneAntenna)) return (Status & POSITION_DoneAntenna) != 0;
+  if (Original != COORD_ECEFType && Original != COORD_ECEFDeltasType) return false;
+  if (!SearchData || !Assert (DBLocationOfAntenna != NODBID, "this->DBLocationOfAntenna != NODBID"))
+    return false;
+  Antenna = AntennaHeight (*SearchData, DBLocationOfAntenna);
+  if (Original == COORD_ECEFDeltasType) {
+    Assert (DBLocationOfECEFDeltasReference != NODBID,
+            "this->DBLocationOfECEFDeltasReference != NODBID");
+    const db_Reference* reference =
+        RecordAs<db_Reference> (*SearchData, DBLocationOfECEFDeltasReference);
+    if (reference) {
+      Assert (reference->PointName.EqualInsensitive (NameOfBase),
+              "reference->PointName.EqualInsensitive (this->NameOfBase)");
+      ReferenceAntenna = AntennaHeight (*SearchData, reference->Antenna);
+    }
+  }
+  return Finish (POSITION_DoneAntenna, !maths_IsNull (Antenna));
+}
+
+bool position::ComputeUnturned (const Transform&) {
+  if (!BeginAttempt (POSITION_DoneUnturned)) return (Status & POSITION_DoneUnturned) != 0;
+  if (Original != COORD_CircleType && Original != COORD_MTAType) return false;
+  if (!SearchData || !SearchData->ReduceReadings (*this)) return false;
+  Finish (POSITION_DoneCorrected, !Corrected.IsNull ());
+  return Finish (POSITION_DoneUnturned, !Unturned.IsNull ());
+}
+
+bool position::ComputePolar (const Transform& transform, position* base,
+                             const Transform& baseTransform) {
+  if (!BeginAttempt (POSITION_DonePolar)) return (Status & POSITION_DonePolar) != 0;
+  switch (Original) {
+    case COORD_GridDeltasType:
+    case COORD_ECEFDeltasType:
+      if (!base || !SearchData || !ComputeAbsolute (transform) ||
+          !base->ComputeAbsolute (baseTransform))
+        return false;
+      Assert (transform.GetId () == baseTransform.GetId (),
+              "currentTransform->GetId() == baseTransform->GetId()");
+      Polar = SearchData->InversePolar (*base, *this, transform, SearchData->CogoSystem ());
+      break;
+    case COORD_GroundType:
+      Polar = reduce_GroundToPolar (Ground);
+      break;
+    case COORD_LaserOffsetType:
+      if (!SearchData || !SearchData->ReduceLaser (*this)) return false;
+      break;
+    case COORD_UnturnedType:
+    case COORD_CircleType:
+    case COORD_MTAType: {
+      if (Original != COORD_UnturnedType && !ComputeUnturned (transform)) return false;
+      double azimuth = MATHS_Null;
+      if (HasStationSetup)
+        azimuth = StationSetup.Azimuth;
+      else if (base && SearchData)
+        azimuth = SearchData->BacksightAzimuth (*base, transform, NameOfBacksight);
+      Polar = reduce_TurnToPolar (Unturned, BackBearingCircle, azimuth);
+      break;
+    }
+    default:
+      return false;
+  }
+  return Finish (POSITION_DonePolar, !Polar.IsNull ());
+}
+
+coord_Polar position::GetPolar (const Transform& transform) {
+  SetTransform (transform);
+  std::unique_ptr<position> base;
+  const bool isBased = Original == COORD_GridDeltasType || Original == COORD_ECEFDeltasType ||
+                       Original == COORD_UnturnedType || Original == COORD_CircleType ||
+                       Original == COORD_MTAType;
+  const bool isDone = ((Status | Attempted) & POSITION_DonePolar) != 0;
+  if (isBased && !isDone && SearchData && !NameOfBase.IsEmpty ())
+    base =
+        SearchData->Find (NameOfBase, Original == COORD_ECEFDeltasType ? 0 : 1, UseProjectHeight);
+  if (Original == COORD_NullType ||
+      !ComputePolar (transform, base.get (), base ? SearchData->CurrentTransform () : transform))
+    Polar.SetNull ();
+  return Polar;
+}
+
+bool position::ComputeGround (const Transform& transform) {
+  if (!BeginAttempt (POSITION_DoneGround)) return (Status & POSITION_DoneGround) != 0;
+  Ground = reduce_PolarToGround (GetPolar (transform));
+  return Finish (POSITION_DoneGround, !Ground.IsNull ());
+}
+
+}  // namespace clxml
