@@ -199,7 +199,8 @@ csib_Status csib_PointScale (csib_Block& block, const csib_Geodetic& point, doub
   if (block.Projection == nullptr || block.Projection->scale == nullptr)
     return CSIB_NoScaleOperation;
   double k = 0.0;
-  if (block.Projection->scale (block, point, k) == CSIB_Ok) {
+  if (block.Projection->scale (block, point, k) == CSIB_Ok &&
+      std::isfinite (k * block.GroundScale)) {
     out = k * block.GroundScale;
     return CSIB_Ok;
   }
@@ -224,7 +225,7 @@ csib_Status csib_PointScale (csib_Block& block, const csib_Geodetic& point, doub
   }
   const double length =
       std::hypot (ends[1].X - ends[0].X, ends[1].Y - ends[0].Y, ends[1].Z - ends[0].Z);
-  if (!(length > 0.0)) return CSIB_NoScaleOperation;
+  if (!(length > 0.0) || !std::isfinite (line / length)) return CSIB_NoScaleOperation;
   out = line / length;
   return CSIB_Ok;
 }
@@ -248,8 +249,11 @@ csib_Status csib_Convergence (csib_Block& block, const csib_Geodetic& point, dou
     return CSIB_NoConvergenceOperation;
   double angle = 0.0;
   csib_Status status = block.Projection->convergence (block, point, angle);
-  if (status == CSIB_Ok) out = angle;
-  if (status == CSIB_Ok || status == CSIB_NoConvergence) return status;
+  if (status == CSIB_NoConvergence) return status;
+  if (status == CSIB_Ok && std::isfinite (angle)) {
+    out = angle;
+    return CSIB_Ok;
+  }
 
   // The azimuth of a line of 100 m to the north of the grid, by Cunningham's formula for the normal
   // section (Bomford, Geodesy, 4th edition 1980, chapter 2).

@@ -301,10 +301,10 @@ csib_Status csib_CartesianToGeodetic (double a, double b, const csib_Cartesian& 
   // and phi starts at pi/4.
   double sinPhi = std::sqrt (0.5);
   double cosPhi = sinPhi;
-  const double betaLength = std::hypot (a * xyz.Z, b * p);
-  if (betaLength > 0.0 && std::isfinite (betaLength)) {
-    const double sinBeta = a * xyz.Z / betaLength;
-    const double cosBeta = b * p / betaLength;
+  const double beta = std::sqrt (a * xyz.Z * (a * xyz.Z) + b * p * (b * p));
+  if (beta > 0.0) {
+    const double sinBeta = a * xyz.Z / beta;
+    const double cosBeta = b * p / beta;
     const double up = xyz.Z + e2 / ratio2 * b * sinBeta * sinBeta * sinBeta;
     const double out = p - e2 * a * cosBeta * cosBeta * cosBeta;
     const double length = std::sqrt (up * up + out * out);
