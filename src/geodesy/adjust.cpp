@@ -127,23 +127,19 @@ void csib_HorizontalInverse (const csib_Block& block, csib_Grid& point) noexcept
 
 namespace {
 
-void Raise (const csib_Block& block, csib_Grid& point, double sign) noexcept {
-  if (!block.HasVertical) return;
-  const csib_Vertical& v = block.Vertical;
-  point.OrthometricHeight +=
-      sign * (v.ElevAdjustment + (point.North - v.OriginNorth) * v.NorthAdjustment +
-              (point.East - v.OriginEast) * v.EastAdjustment);
-  if (!std::isfinite (point.OrthometricHeight)) point.HasOrthometric = false;
+double PlaneAt (const csib_Vertical& v, const csib_Grid& point) noexcept {
+  return v.ElevAdjustment + (point.North - v.OriginNorth) * v.NorthAdjustment +
+         (point.East - v.OriginEast) * v.EastAdjustment;
 }
 
 }  // namespace
 
 void csib_VerticalForward (const csib_Block& block, csib_Grid& point) noexcept {
-  Raise (block, point, 1.0);
+  if (block.HasVertical) point.OrthometricHeight += PlaneAt (block.Vertical, point);
 }
 
 void csib_VerticalInverse (const csib_Block& block, csib_Grid& point) noexcept {
-  Raise (block, point, -1.0);
+  if (block.HasVertical) point.OrthometricHeight -= PlaneAt (block.Vertical, point);
 }
 
 }  // namespace clxml

@@ -1,7 +1,7 @@
 // Coordinate geometry between two positions.
 // Forward and inverse, a point against a line, and the three classic intersections, on the plane
-// of the grid or on the ellipsoid, as a mask of method bits says; the ellipsoid's own formulas are in
-// coords/cogoellipsoid.h. Leans on position, transfrm and maths.
+// of the grid or on the ellipsoid, as a mask of method bits says; the ellipsoid's own formulas are
+// in coords/cogoellipsoid.h. Leans on position, transfrm and maths.
 #pragma once
 
 #include "Library/records/dbEnum.h"
@@ -170,8 +170,11 @@ cogo_Result cogo_DistanceDistanceIntersect (position& firstCentre, double firstR
                                             position& secondCentre, double secondRadius,
                                             const Transform& transform, position& first,
                                             position& second, coordsys_CogoSettings mask);
-/// Where two lines meet, in front of or behind their points; without a height. On the ellipsoid at
-/// most 20 rounds until the second azimuth is met within 0.01 arc second.
+/// Where two lines meet, in front of or behind their points: on the plane without an elevation, on
+/// the ellipsoid at the first point's height. The lines are geodesics, and the answer is theirs,
+/// only without COORDSYS_CogoAzimuthGrid; then at most 20 rounds until the second azimuth is met
+/// within 0.01 arc second, or its line within 1e-7 m. The smaller the angle between the lines, the
+/// less a round gains: below about 20 degrees a far intersection is COGO_NotConverged.
 cogo_Result cogo_AzimuthAzimuthIntersect (position& firstPoint, double firstAzimuth,
                                           position& secondPoint, const Transform& transform,
                                           double secondAzimuth, position& out,

@@ -41,10 +41,10 @@ cogo_Result cogo_ArcStationOffset (bool isLeftHand, position& start, const Trans
 
 /// The arc of a radius above zero ("radius > 0.0") between two tangents that meet in an
 /// intersection point: the azimuths run from there to the tangent points. Gives the deflection, the
-/// centre, both tangent points in the order of the arc's direction (1 left-hand, 0 right-hand: then
-/// the two have changed places). Tangents in one line give a deflection of about 0 and the
-/// intersection for all three points. At most 20 rounds until the centre's distance from the second
-/// tangent is the radius within 0.0005 m.
+/// centre, the points on the first and on the second tangent, and which way the arc turns from
+/// first to second. Tangents in one line (within 0.01 arc second) give the intersection for all
+/// three points. At most 20 rounds until the centre's distance from the second tangent is the
+/// radius within 0.0005 m.
 cogo_Result cogo_TangentArc (position& intersection, const Transform& transform,
                              double firstAzimuth, double secondAzimuth, double radius,
                              double& deflection, position& centre, position& first,

@@ -31,6 +31,11 @@ void cogo_SpiralSeries (double s, double squareA, double resolution, double& y, 
 void cogo_SpiralFromTangent (double small, double large, double length, double spiralDistance,
                              double resolution, double& delta, double& x, double& y);
 
+/// The same for any distance: one outside the spiral is answered on the clothoid run on. Nulls give
+/// nulls, and so does whatever has no finite value.
+void cogo_SpiralOffsets (double small, double large, double length, double distance,
+                         double resolution, double& delta, double& x, double& y);
+
 /// Deflection (positive to the right) and offsets at a distance along a spiral from its start, x
 /// along the tangent at the start, y to its right. deltaZero, x0, y0 are those of
 /// cogo_SpiralFromTangent at the full length. A distance below 0 lies on the tangent before the

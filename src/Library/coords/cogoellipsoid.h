@@ -5,6 +5,9 @@
 
 namespace clxml {
 
+// Azimuths are those of normal sections: they part from the geodesic's by 6e-8 rad at 100 km, and
+// by the square of the length beyond.
+
 struct coordsys_Ellipsoid;
 
 /// The end of a line from a start (latitude, longitude), along an azimuth over a distance (metres,
