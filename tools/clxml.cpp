@@ -84,6 +84,7 @@ int Run (int argc, char** argv) {
   AddInfo (app, session);
   AddDump (app, session);
   AddRepair (app, session);
+  AddTransform (app, session);
 
   try {
     app.parse (argc, argv);

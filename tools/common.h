@@ -25,6 +25,7 @@ enum Status : int {
   STATUS_NotAJob = 1,  ///< not to be opened as a job
   STATUS_Damaged = 2,  ///< opened up to a damage
   STATUS_Usage = 64,   ///< the command line is wrong
+  STATUS_Input = 65,   ///< what was read is no data for the command
   STATUS_Output = 74,  ///< what was to be printed could not be written
 };
 
@@ -111,5 +112,6 @@ void AddImport (CLI::App& app, Session& session);
 void AddInfo (CLI::App& app, Session& session);
 void AddDump (CLI::App& app, Session& session);
 void AddRepair (CLI::App& app, Session& session);
+void AddTransform (CLI::App& app, Session& session);
 
 }  // namespace clxml::tool

@@ -1,7 +1,8 @@
 // The parts of a coordinate system: from the records of a job, and between the two grids.
-// Leans on coordsys and dbCoordSystems.
+// Leans on coordsys, dbaccess and dbCoordSystems.
 #include "Library/coordsys/coordsys.h"
 
+#include "Library/job/dbaccess.h"
 #include "Library/records/dbCoordSystems.h"
 
 namespace clxml {
@@ -14,6 +15,11 @@ double OffsetOf (double value) noexcept { return maths_IsNull (value) ? 0.0 : va
 // Negated about an origin; a null stays null.
 double Reflected (double value, double origin) noexcept {
   return maths_Add (maths_Negate (maths_Subtract (value, origin)), origin);
+}
+
+template <class T>
+const T* Newest (const dbAccess& job) {
+  return T::From (job.GetLatestRecord (T::Number));
 }
 
 coord_Local PositionOf (const db_LLH& record) { return {record.Lat, record.Long, record.Height}; }
@@ -77,29 +83,39 @@ coordsys_Corrections coordsys_FromRecord (const db_Corrections& record) {
           record.WeightExponent};
 }
 
-uint16_t coordsys_ComponentsOf (const coordsys_Parts& parts, uint32_t& options) noexcept {
+coordsys_Parts coordsys_PartsOf (const dbAccess& job) {
+  coordsys_Parts parts;
   unsigned mask = 0;
-  if (parts.Ellipsoid && !maths_IsNull (parts.Ellipsoid->EarthRadius) &&
-      !maths_IsNull (parts.Ellipsoid->Flattening))
-    mask |= COORDSYS_SetEllipsoid;
-  if (parts.Projection && parts.Projection->ProjectionType != COORDSYS_NoProjection) {
-    mask |= COORDSYS_SetProjection;
-    if (parts.Projection->ProjectionType == COORDSYS_ScaleOnly) mask |= COORDSYS_SetScaleOnly;
+  if (const auto* record = Newest<db_Ellipsoid> (job)) {
+    parts.Ellipsoid = coordsys_FromRecord (*record);
+    if (!maths_IsNull (parts.Ellipsoid.MinorAxis ())) mask |= COORDSYS_SetEllipsoid;
   }
-  if (parts.Datum && parts.Datum->DatumType != COORDSYS_NoDatum) {
-    mask |= COORDSYS_SetDatum;
-    if (parts.Datum->DatumType == COORDSYS_GridDatum) options |= COORDSYS_UsesDatumGrid;
+  if (const auto* record = Newest<db_Projection> (job)) {
+    parts.Projection = coordsys_FromRecord (*record);
+    if (record->ProjectionType != COORDSYS_NoProjection) mask |= COORDSYS_SetProjection;
+    if (record->ProjectionType == COORDSYS_ScaleOnly) mask |= COORDSYS_SetScaleOnly;
   }
-  if (parts.Plane && parts.Plane->PlaneType != COORDSYS_NoHorizontal)
-    mask |= COORDSYS_SetHorzAdjustment;
-  if (parts.Height && parts.Height->HeightType != COORDSYS_NoVertical) {
-    mask |= COORDSYS_SetVertAdjustment;
-    if (parts.Height->HeightType == COORDSYS_GeoidModel ||
-        parts.Height->HeightType == COORDSYS_GeoidAndPlane)
-      options |= COORDSYS_UsesGeoidFile;
+  if (const auto* record = Newest<db_Datum> (job)) {
+    parts.Datum = coordsys_FromRecord (*record);
+    if (record->DatumType != COORDSYS_NoDatum) mask |= COORDSYS_SetDatum;
+    if (record->DatumType == COORDSYS_GridDatum) parts.Options |= COORDSYS_UsesDatumGrid;
   }
-  if (parts.Corrections) mask |= COORDSYS_SetCorrections;
-  return static_cast<uint16_t> (mask);
+  if (const auto* record = Newest<db_Plane> (job)) {
+    parts.Plane = coordsys_FromRecord (*record);
+    if (record->PlaneType != COORDSYS_NoHorizontal) mask |= COORDSYS_SetHorzAdjustment;
+  }
+  if (const auto* record = Newest<db_Height> (job)) {
+    parts.Height = coordsys_FromRecord (*record);
+    if (record->HeightType != COORDSYS_NoVertical) mask |= COORDSYS_SetVertAdjustment;
+    if (record->HeightType == COORDSYS_GeoidModel || record->HeightType == COORDSYS_GeoidAndPlane)
+      parts.Options |= COORDSYS_UsesGeoidFile;
+  }
+  if (const auto* record = Newest<db_Corrections> (job)) {
+    parts.Corrections = coordsys_FromRecord (*record);
+    mask |= COORDSYS_SetCorrections;
+  }
+  parts.Components = static_cast<uint16_t> (mask);
+  return parts;
 }
 
 coordsys_CogoSettings coordsys_CogoSystemOf (const coordsys_Corrections& corrections,

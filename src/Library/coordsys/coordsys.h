@@ -12,6 +12,7 @@
 
 namespace clxml {
 
+class dbAccess;
 class db_Corrections;
 class db_Datum;
 class db_Ellipsoid;
@@ -153,19 +154,22 @@ coordsys_Plane coordsys_FromRecord (const db_Plane& record);
 coordsys_Height coordsys_FromRecord (const db_Height& record);
 coordsys_Corrections coordsys_FromRecord (const db_Corrections& record);
 
-/// The parts of a job, by pointer; null for a record that the job lacks.
+/// The parts of a coordinate system, which of them are set, and how their files are treated.
 struct coordsys_Parts {
-  const coordsys_Ellipsoid* Ellipsoid = nullptr;
-  const coordsys_Projection* Projection = nullptr;
-  const coordsys_Datum* Datum = nullptr;
-  const coordsys_Plane* Plane = nullptr;
-  const coordsys_Height* Height = nullptr;
-  const coordsys_Corrections* Corrections = nullptr;
+  coordsys_Ellipsoid Ellipsoid;
+  coordsys_Projection Projection;
+  coordsys_Datum Datum;
+  coordsys_Plane Plane;
+  coordsys_Height Height;
+  coordsys_Corrections Corrections;
+  uint16_t Components = 0;  ///< mask of coordsys_Components
+  uint32_t Options = 0;     ///< mask of coordsys_Options
 };
-/// The components that these parts are good for (a part that is there and says something; an
-/// ellipsoid needs both parameters). Adds COORDSYS_UsesDatumGrid and COORDSYS_UsesGeoidFile to the
-/// options where the parts name such files.
-uint16_t coordsys_ComponentsOf (const coordsys_Parts& parts, uint32_t& options) noexcept;
+/// The parts that the newest records of a job say. A part is set where there is a record that says
+/// something: an ellipsoid with both parameters, a projection, datum, plane or height that is not
+/// none, any corrections. The options tell whether a datum grid or a geoid file is used.
+coordsys_Parts coordsys_PartsOf (const dbAccess& job);
+
 /// The frames in which a job computes, from its corrections, components and projection type.
 coordsys_CogoSettings coordsys_CogoSystemOf (const coordsys_Corrections& corrections,
                                              uint16_t components,
