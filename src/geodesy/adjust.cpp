@@ -127,19 +127,23 @@ void csib_HorizontalInverse (const csib_Block& block, csib_Grid& point) noexcept
 
 namespace {
 
-double PlaneAt (const csib_Vertical& v, const csib_Grid& point) noexcept {
-  return v.ElevAdjustment + (point.North - v.OriginNorth) * v.NorthAdjustment +
-         (point.East - v.OriginEast) * v.EastAdjustment;
+void Raise (const csib_Block& block, csib_Grid& point, double sign) noexcept {
+  if (!block.HasVertical) return;
+  const csib_Vertical& v = block.Vertical;
+  point.OrthometricHeight +=
+      sign * (v.ElevAdjustment + (point.North - v.OriginNorth) * v.NorthAdjustment +
+              (point.East - v.OriginEast) * v.EastAdjustment);
+  if (!std::isfinite (point.OrthometricHeight)) point.HasOrthometric = false;
 }
 
 }  // namespace
 
 void csib_VerticalForward (const csib_Block& block, csib_Grid& point) noexcept {
-  if (block.HasVertical) point.OrthometricHeight += PlaneAt (block.Vertical, point);
+  Raise (block, point, 1.0);
 }
 
 void csib_VerticalInverse (const csib_Block& block, csib_Grid& point) noexcept {
-  if (block.HasVertical) point.OrthometricHeight -= PlaneAt (block.Vertical, point);
+  Raise (block, point, -1.0);
 }
 
 }  // namespace clxml

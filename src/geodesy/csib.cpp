@@ -71,7 +71,7 @@ csib_Status Guarded (Operation operation) {
   }
 }
 
-// Half a flattening of 1 is far beyond every body that is surveyed, and keeps 1 - e² away from 0.
+// A flattening of one half is beyond every body that is surveyed, and keeps 1 - e² away from 0.
 bool AreAxes (double a, double b) noexcept {
   return a >= 1e-3 && a <= 1e12 && b > a / 2.0 && b <= a;
 }

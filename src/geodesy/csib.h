@@ -360,7 +360,7 @@ csib_Status csib_Separation (csib_Block& block, const csib_Geodetic& wgs84, doub
 csib_Status csib_HeightFromOrthometric (csib_Block& block, csib_Geodetic& wgs84);
 /// Fills the orthometric height H = h - N with its flag. CSIB_NoHeight without an ellipsoidal one.
 csib_Status csib_OrthometricFromHeight (csib_Block& block, csib_Geodetic& wgs84);
-// The adjustments: empty where the block has no such part.
+// The adjustments: empty where the block has no such part. An elevation that overflows is absent.
 void csib_HorizontalForward (const csib_Block& block, csib_Grid& point) noexcept;
 void csib_HorizontalInverse (const csib_Block& block, csib_Grid& point) noexcept;
 void csib_VerticalForward (const csib_Block& block, csib_Grid& point) noexcept;
