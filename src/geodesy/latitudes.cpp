@@ -25,16 +25,16 @@ void csib_IsometricLatitude::Set (double a, double b) noexcept {
   d[5] = n3 * n3 * (601676.0 / 22275.0);
 }
 
-double csib_IsometricLatitude::Eccentric (double s) const noexcept {
+double csib_IsometricLatitude::Atanh (double s) const noexcept {
   const double x = e2 * s * s;
   // The flattening of any earth makes eight terms exact; other bodies get the function.
-  if (!(x < 0.01)) return e * std::atanh (e * s);
+  if (!(x < 0.01)) return std::atanh (e * s) / e;
   const double series =
       1.0 +
       x * (1.0 / 3 +
            x * (1.0 / 5 +
                 x * (1.0 / 7 + x * (1.0 / 9 + x * (1.0 / 11 + x * (1.0 / 13 + x * (1.0 / 15)))))));
-  return e2 * s * series;
+  return s * series;
 }
 
 double csib_IsometricLatitude::Latitude (double psi) const noexcept {

@@ -42,14 +42,31 @@ struct csib_IsometricLatitude {
 
   /// For the ellipsoid with these axes, metres. A prolate one gives NaN everywhere.
   void Set (double a, double b) noexcept;
+  /// atanh (e s) / e for the sine of a latitude; s on a sphere.
+  double Atanh (double s) const noexcept;
   /// e atanh (e s) for the sine of a latitude.
-  double Eccentric (double s) const noexcept;
+  double Eccentric (double s) const noexcept { return e2 * Atanh (s); }
   /// psi of the latitude with this sine and cosine; about 37 in amount at a pole.
   double Of (double s, double c) const noexcept {
     const double psi = std::log ((1.0 + std::abs (s)) / std::abs (c));
     return std::copysign (psi, s) - Eccentric (s);
   }
   double Of (double phi) const noexcept { return Of (std::sin (phi), std::cos (phi)); }
+  /// exp (-psi), the tangent of half the conformal colatitude (Snyder 1987, eq. 15-9).
+  double HalfColatitude (double s, double c) const noexcept {
+    return (s < 0.0 ? (1.0 - s) / c : c / (1.0 + s)) * std::exp (Eccentric (s));
+  }
+  /// Sine and cosine of the conformal latitude chi = gd psi (Snyder 1987, eq. 3-1).
+  void Conformal (double s, double c, double& sinChi, double& cosChi) const noexcept {
+    const double t = c / (1.0 + std::abs (s)) * std::exp (Eccentric (std::abs (s)));
+    sinChi = std::copysign ((1.0 - t * t) / (1.0 + t * t), s);
+    cosChi = 2.0 * t / (1.0 + t * t);
+  }
+  /// m, the radius of a parallel in units of the semi-major axis (Snyder 1987, eq. 14-15).
+  double M (double phi) const noexcept {
+    const double s = std::sin (phi);
+    return std::cos (phi) / std::sqrt (1.0 - e2 * s * s);
+  }
   /// The latitude of psi, radians: Newton's iteration on psi from Krueger's series, at most 10
   /// rounds, until the step is below 1e-15; the last value stands. Plus or minus pi/2 beyond 40.
   double Latitude (double psi) const noexcept;

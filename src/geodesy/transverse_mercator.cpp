@@ -2,6 +2,8 @@
 // No parameters of its own: the origin, scale and ellipsoid of the block. Leans on latitudes.
 #include "geodesy/transverse_mercator.h"
 
+#include "geodesy/projection_slots.h"
+
 namespace clxml {
 
 // J.C.B. Redfearn, Transverse Mercator formulae, Empire Survey Review 9 (69), 1948, 318-322; the
@@ -105,5 +107,20 @@ double csib_TransverseMercator::Convergence (double latitude, double longitude) 
   const double g7 = c2 * (c2 * (17.0 * c2 - 26.0 * s2) + 2.0 * s2 * s2);
   return s * w * (1.0 + w2 * (g3 / 3 + w2 * (g5 / 15 + w2 * g7 / 315)));
 }
+
+namespace {
+
+struct TransverseMercator : csib_TransverseMercator {
+  csib_Status Read (csib_Block& block, csib_Bytes& in) noexcept {
+    const csib_ProjectionFrame frame (block);
+    Set (frame.a, frame.b, frame.latitude, frame.longitude, frame.scale);
+    return in.Status ();
+  }
+};
+
+}  // namespace
+
+constinit const csib_ProjectionOperations csib_TransverseMercatorProjection =
+    csib_ProjectionSlots<TransverseMercator>::Table ();
 
 }  // namespace clxml
