@@ -1,12 +1,12 @@
 // The point operations of a block: heights by datum and geoid, adjustments, and what is measured
 // where a projection has no formula.
 // A sloping geoid that ends at a parallel stands in for a grid. Leans on GoogleTest.
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
-#include <string>
 
 #include "geodesy/csib.h"
-#include "gtest/gtest.h"
 
 namespace clxml {
 namespace {

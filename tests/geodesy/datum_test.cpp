@@ -3,11 +3,11 @@
 // worked examples of the EPSG guidance note 7-2. Leans on GoogleTest.
 #include "geodesy/datum.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 #include <string>
-
-#include "gtest/gtest.h"
 
 namespace clxml {
 namespace {

@@ -2,9 +2,9 @@
 // determined is said. Leans on GoogleTest.
 #include "geodesy/fit.h"
 
-#include <cmath>
+#include <gtest/gtest.h>
 
-#include "gtest/gtest.h"
+#include <cmath>
 
 namespace clxml {
 namespace {
