@@ -75,25 +75,25 @@ class NorvathRoad final : public GenericRoad {
   /// The name up to its first dot, if it has one.
   void SetNameFromFile (const Str& name);
 
-  /// True when alignments, placements, superelevation and templates each fit together and with each
-  /// other.
-  bool Validate () const override { return FirstFault () == nullptr; }
-  /// What Validate found first, in the words of a report; null for a valid road.
-  const char* FirstFault () const;
-  /// Some element of the vertical alignment starts at a known elevation.
-  bool HasVerticalAlignment () const override;
-  /// Some placement has a UserDefined side.
-  bool HasTemplates () const override { return TemplatePlacements.HasTemplates (); }
-  double StartChainage () const override { return Horizontal.StartChainage (); }
-  double EndChainage () const override { return Horizontal.EndChainage (); }
-  double StationAtPoint (const coord_CorrectedGrid& coordinate) const override;
-
   /// Reads the road file of that name in the project folder.
   bool Load (const Str& name) override;
   /// Reads name, interval and horizontal alignment only.
   bool LoadHorizontal (const Str& name);
   /// Writes the road to FileName; false when the file cannot be made or written.
   bool Save () const;
+
+  /// True when alignments, placements, superelevation and templates each fit together and with each
+  /// other.
+  bool Validate () const override { return FirstFault () == nullptr; }
+  /// What Validate found first, in the words of a report; null for a valid road.
+  const char* FirstFault () const;
+  /// Some element of the vertical alignment starts at a known elevation.
+  bool HasVerticalAlignment () const override { return Vertical.HasElevations (); }
+  /// Some placement has a UserDefined side.
+  bool HasTemplates () const override { return TemplatePlacements.HasTemplates (); }
+  double StartChainage () const override { return Horizontal.StartChainage (); }
+  double EndChainage () const override { return Horizontal.EndChainage (); }
+  double StationAtPoint (const coord_CorrectedGrid& coordinate) const override;
 
   /// The stations of interest that the options ask for, in place of those that there are. Interval
   /// stations fall on multiples of StationInterval; an interval that gives more than
@@ -109,7 +109,8 @@ class NorvathRoad final : public GenericRoad {
   coord_CorrectedGrid GetCoordinateAt (double station, double offset, double heightDelta) const;
   /// Station and offset of a coordinate, and in Elevation its height above the design there.
   coord_StationOffset GetStationOffset (const coord_CorrectedGrid& coordinate) const;
-  /// The design elevation at a station and offset; null where there is none.
+  /// The design elevation at a station and offset: that of the vertical alignment on the centre
+  /// line; null beside it and where there is none.
   double DesignElevationAt (double station, double offset) const;
   /// The box of the horizontal alignment: HorizontalElementArray::GetExtent.
   bool GetExtent (coord_CorrectedGrid& min, coord_CorrectedGrid& max) const {

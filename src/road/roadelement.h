@@ -48,7 +48,8 @@ class RoadElement {
  protected:
   explicit RoadElement (RoadElementType type) noexcept : _ElementType (type) {}
   RoadElement (const RoadElement&) = default;
-  RoadElement& operator= (const RoadElement&) = default;
+  // The class stays: two families' shared fields may be copied between their classes.
+  RoadElement& operator= (const RoadElement&) noexcept { return *this; }
   friend bool operator== (const RoadElement& a, const RoadElement& b) noexcept {
     return a._ElementType == b._ElementType;
   }

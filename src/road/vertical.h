@@ -150,6 +150,8 @@ class VerticalElementArray final : public RoadElementArrayOf<VerticalBase, Verti
   /// Rebuilds the copies of the neighbours' places without computing anything, as after reading a
   /// file; the first element's PreviousEndPoint is then its own IntersectionPoint.
   void LinkNeighbours ();
+  /// Some element starts at a known elevation.
+  bool HasElevations () const noexcept;
   /// The elevation of the road's line; null outside and for an empty alignment. The ends are taken
   /// 0.0005 wide. Costs a walk over the elements before it.
   double ElevationAt (double station) const;
