@@ -37,6 +37,13 @@ double PlaneScale (const Transform& transform, coordsys_CogoSettings mask) {
                                                      : transform.GroundScaleAt (coord_Local ());
 }
 
+// The ellipsoid's branch has one of two datums.
+void AssertOnEllipsoid (const Transform& transform, coordsys_CogoSettings mask) {
+  Assert (!cogo_IsScaleOnly (transform), "!cogo_IsScaleOnly (transform)");
+  Assert (Has (mask, COORDSYS_CogoDistanceLocal | COORDSYS_CogoDistanceWGS84),
+          "system & COORDSYS_CogoDistanceWGS84");
+}
+
 double GridAzimuth (const coord_GridDeltas& deltas, const Transform& transform) {
   return coord_NormaliseTwoPi (maths_Add (deltas.Azimuth (), transform.NorthAzimuth));
 }
@@ -111,7 +118,7 @@ void ForwardOnPlane (position& start, const Transform& transform, double azimuth
 void ForwardOnEllipsoid (position& start, const Transform& transform, double azimuth,
                          double distance, double heightDifference, position& out,
                          coordsys_CogoSettings mask) {
-  Assert (!cogo_IsScaleOnly (transform), "!cogo_IsScaleOnly (transform)");
+  AssertOnEllipsoid (transform, mask);
   const coord_Local from = cogoframe_Geodetic (start, transform, mask);
   coordsys_Ellipsoid ellipsoid = cogoframe_Ellipsoid (start, transform, mask);
   const double W = cogoframe_W (start, transform, mask);
@@ -185,7 +192,7 @@ void InverseOnPlane (position& from, position& to, const Transform& transform, d
 
 void InverseOnEllipsoid (position& from, position& to, const Transform& transform, double& azimuth,
                          double& distance, coordsys_CogoSettings mask) {
-  Assert (!cogo_IsScaleOnly (transform), "!cogo_IsScaleOnly (transform)");
+  AssertOnEllipsoid (transform, mask);
   const coord_Local first = cogoframe_Geodetic (from, transform, mask);
   const coord_Local second = cogoframe_Geodetic (to, transform, mask);
   coordsys_Ellipsoid ellipsoid = cogoframe_Ellipsoid (from, transform, mask);

@@ -124,6 +124,8 @@ class TangentPlane {
 cogo_Result EllipsoidIntersect (position& firstPoint, double firstAzimuth, position& secondPoint,
                                 double secondAzimuth, const Transform& transform, position& out,
                                 coordsys_CogoSettings mask) {
+  Assert ((mask & (COORDSYS_CogoAzimuthWGS84 | COORDSYS_CogoAzimuthLocal)) != 0,
+          "system & (COORDSYS_CogoAzimuthWGS84 | COORDSYS_CogoAzimuthLocal)");
   const coord_Local first = cogoframe_Geodetic (firstPoint, transform, mask);
   const coord_Local second = cogoframe_Geodetic (secondPoint, transform, mask);
   coordsys_Ellipsoid ellipsoid = cogoframe_Ellipsoid (firstPoint, transform, mask);
