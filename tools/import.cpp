@@ -4,6 +4,7 @@
 #include <clxmli.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -18,6 +19,8 @@
 #include "Library/xml/xmlparser.h"
 #include "common.h"
 #include "hostfile.h"
+#include "import/roadcapture.h"
+#include "platform/folder.h"
 
 namespace clxml::tool {
 namespace {
@@ -114,8 +117,13 @@ uint32_t OnProgress (uint32_t percent) {
   return isInterrupted ? 0 : 1;
 }
 
-std::vector<std::string> FetchExtraOutputs () {
+// The road files of the import that stand beside the job, each once: the list of the library has
+// those that could not be written too.
+std::vector<std::string> FetchExtraOutputs (const std::vector<std::string>& notWritten) {
   std::vector<std::string> names;
+  const auto isIn = [] (const std::vector<std::string>& list, const std::string& name) {
+    return std::find (list.begin (), list.end (), name) != list.end ();
+  };
   const int32_t count = clxmli_ExtraOutputFileCount ();
   for (int32_t i = 0; i < count; i++) {
     uint16_t name[CLXMLI_NAME_UNITS];
@@ -123,7 +131,8 @@ std::vector<std::string> FetchExtraOutputs () {
     clxmli_GetExtraOutputFileName (name, i);
     if (name[0] == 0)
       Say ("warning: an extra output file has a name of 260 bytes or more, which cannot be told");
-    else if (clxmli_HostPath (name, path, sizeof path))
+    else if (clxmli_HostPath (name, path, sizeof path) && !isIn (notWritten, path) &&
+             !isIn (names, path))
       names.emplace_back (path);
   }
   return names;
@@ -134,6 +143,13 @@ std::string InHostForm (std::string text, const std::string& device, const std::
   for (std::size_t at = 0; (at = text.find (device, at)) != std::string::npos; at += host.size ())
     text.replace (at, device.size (), host);
   return text;
+}
+
+// The road file that a log line with that beginning tells of, as a host path; empty for another
+// line.
+std::string RoadFileIn (std::string_view line, std::string_view beginning) {
+  if (!line.starts_with (beginning)) return {};
+  return folder_HostPath (Str (line.substr (beginning.size ()))).Data ();
 }
 
 // What a failure has to say of road files, which survive it.
@@ -191,10 +207,19 @@ int RunImport (const ImportOptions& options, Ear& ear) {
   MakeRoom (options, run.part);
 
   std::string reason;  // the last line that is logged: the text of a failure
+  std::vector<std::string> notWritten;
+  const auto warn = [&] (const std::string& text) {
+    run.bar.Clear ();
+    Say ("warning: " + text);
+  };
   ear.Listen ([&] (std::string_view text) {
     if (text == xml_LongLines) {
-      run.bar.Clear ();
-      Say ("warning: " + options.exchange + ": " + std::string (text));
+      warn (options.exchange + ": " + std::string (text));
+    } else if (std::string road = RoadFileIn (text, ROADCAPTURE_NotWritten); !road.empty ()) {
+      warn (road + ": the road file could not be written");
+      notWritten.push_back (std::move (road));
+    } else if (road = RoadFileIn (text, ROADCAPTURE_Replaced); !road.empty ()) {
+      warn (road + ": two roads have this file, which holds the later one");
     } else {
       reason = text;
     }
@@ -212,7 +237,7 @@ int RunImport (const ImportOptions& options, Ear& ear) {
     running = nullptr;
     run.bar.Clear ();
     ear.Listen (nullptr);
-    extras = FetchExtraOutputs ();
+    extras = FetchExtraOutputs (notWritten);
     if (result == IMPORT_Ok) TakeName (options, run, Remaining (extras));
   }
   if (result == IMPORT_Ok) {

@@ -52,6 +52,9 @@ void Convert (WriteJobControl& job, const xml_element& element, const char* rec)
 template <class T>
 void ReadNothing (FieldReader&, T&) {}
 
+/// The deleted mark of what has no class: of lines, arcs, traverses, roads and templates. Without
+/// it the class of older files tells, which must then be a known one; see points.cpp.
+void ReadDeleted (const FieldReader& in, uint8_t& deleted);
 /// Features of a point, line or arc that was just stored; see features.cpp.
 void ReadFeatures (WriteJobControl& job, const xml_element& element);
 /// The measurement among an observation's children, if there is one; see measurements.cpp.

@@ -5,6 +5,7 @@
 #include "Library/records/dbCoordSystems.h"
 #include "Library/records/dbPoints.h"
 #include "import/conversion.h"
+#include "import/roadcapture.h"
 
 namespace clxml {
 
@@ -100,6 +101,18 @@ void ReadCorrections (FieldReader& in, db_Corrections& corrections) {
                  COORDSYS_WeightExponentZeroPointFive);
 }
 
+// The geometry of the roads follows.
+void ConvertCorrections (WriteJobControl& job, const xml_element& element, const char* rec) {
+  auto record = std::make_unique<db_Corrections> ();
+  FieldReader in (&element, job.Version ());
+  in.Note (record->Note);
+  ReadCorrections (in, *record);
+  CheckRec (element, rec);
+  const db_Corrections corrections = *record;
+  job.StoreRecord (element, std::move (record));
+  job.Capture ().CorrectionsChanged (corrections);
+}
+
 void ReadCalibResiduals (const FieldReader& in, db_CalibResiduals& residuals) {
   in.Double ("OneD", residuals.OneD);
   in.Double ("TwoD", residuals.TwoD);
@@ -172,7 +185,7 @@ constexpr Conversion conversions[] = {
     {"DATABASE_ProjectionRecord", "db_Projection", Convert<ReadProjection>},
     {"DATABASE_PlaneRecord", "db_Plane", Convert<ReadPlane>},
     {"DATABASE_HeightRecord", "db_Height", Convert<ReadHeight>},
-    {"DATABASE_CorrectionsRecord", "db_Corrections", Convert<ReadCorrections>},
+    {"DATABASE_CorrectionsRecord", "db_Corrections", ConvertCorrections},
     {"DATABASE_CalibBeginRecord", "db_CalibBegin", Convert<ReadNothing<db_CalibBegin>>},
     {"DATABASE_CalibPointRecord", "db_CalibPoint", Convert<ReadCalibPoint>},
     {"DATABASE_ConfigCalibRecord", "db_ConfigCalib", Convert<ReadConfigCalib>},

@@ -8,6 +8,7 @@
 #include "Library/job/dbJob.h"
 #include "Library/xml/xmlparser.h"
 #include "import/fieldreader.h"
+#include "import/roadcapture.h"
 #include "import/writejob.h"
 #include "platform/file.h"
 
@@ -89,8 +90,11 @@ Import::Elements Import::ReadElements () {
 // Road files go beside the job, in the folder that a backslash names.
 void Import::WriteRoads () {
   const int slash = jobPath.ReverseFind ('\\');
-  control->Capture ().SetFolder (slash < jobPath.Length () ? jobPath.Left (slash + 1) : Str ());
-  control->Capture ().WriteRoads ();
+  RoadCapture& capture = control->Capture ();
+  capture.SetFolder (slash < jobPath.Length () ? jobPath.Left (slash + 1) : Str ());
+  capture.Spare (jobPath);
+  capture.Spare (xmlPath);
+  capture.WriteRoads ();
 }
 
 // Everything behind the last element.

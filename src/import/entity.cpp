@@ -4,6 +4,7 @@
 #include "Kernel/clock.h"
 #include "Library/records/dbPoints.h"
 #include "import/conversion.h"
+#include "import/roadcapture.h"
 
 namespace clxml {
 
@@ -27,7 +28,7 @@ void ConvertNote (WriteJobControl& job, const xml_element& element, const char* 
 // The end of a road's definition looks the same as that of an entity.
 void ConvertEndEntity (WriteJobControl& job, const xml_element& element, const char* rec) {
   if (job.InRoadBlock) {
-    job.Capture ().EndDefinition ();
+    job.Capture ().FinishCurrentCache ();
   } else {
     Convert<ReadNothing<db_EndEntity>> (job, element, rec);
   }

@@ -22,16 +22,6 @@ void ReadLegacyClassification (const FieldReader& in, int32_t& number, uint8_t& 
   deleted = in.Text ("Classification").starts_with ("DBENTITY_Deleted");
 }
 
-// Of lines, arcs and traverses, which have no class.
-void ReadDeleted (const FieldReader& in, uint8_t& deleted) {
-  if (in.Text ("Deleted").empty ()) {
-    int32_t unused = 0;
-    ReadLegacyClassification (in, unused, deleted);
-  } else {
-    in.Bool ("Deleted", deleted);
-  }
-}
-
 void ReadClassification (const FieldReader& in, db_Observation& point) {
   if (in.Text ("Deleted").empty ()) {
     ReadLegacyClassification (in, point.Classification.value, point.Deleted);
@@ -314,6 +304,15 @@ constexpr Conversion conversions[] = {
 static_assert (AllDifferent (conversions));
 
 }  // namespace
+
+void ReadDeleted (const FieldReader& in, uint8_t& deleted) {
+  if (in.Text ("Deleted").empty ()) {
+    int32_t unused = 0;
+    ReadLegacyClassification (in, unused, deleted);
+  } else {
+    in.Bool ("Deleted", deleted);
+  }
+}
 
 std::span<const Conversion> PointConversions () noexcept { return conversions; }
 

@@ -7,6 +7,7 @@
 #include "Kernel/clock.h"
 #include "Library/records/dbPoints.h"
 #include "import/conversion.h"
+#include "import/roadcapture.h"
 
 namespace clxml {
 
@@ -35,7 +36,9 @@ bool OpensEntity (database_RecordType type) {
 }  // namespace
 
 WriteJobControl::WriteJobControl (JobDatabase& job, int32_t version)
-    : database (job.Access ()), version (version), capture (MakeRoadCapture (*this)) {}
+    : database (job.Access ()),
+      version (version),
+      capture (std::make_unique<RoadCapture> (*this, job)) {}
 
 WriteJobControl::~WriteJobControl () = default;
 

@@ -9,9 +9,10 @@
 #include "Library/job/dbJob.h"
 #include "Library/xml/xml.h"
 #include "import/reftable.h"
-#include "import/roadcapture.h"
 
 namespace clxml {
+
+class RoadCapture;
 
 /// One import's conversion of elements to records.
 ///
