@@ -41,5 +41,5 @@ need_to_build () {
 
 need_to_test () {
   need_to_build
-  need libgtest-dev '/usr/lib/*/libgtest.a' bats bats jq jq binutils nm
+  need libgtest-dev '/usr/lib/*/libgtest.a' bats bats jq jq libxml2-utils xmllint binutils nm
 }

@@ -85,6 +85,7 @@ int Run (int argc, char** argv) {
   AddDump (app, session);
   AddRepair (app, session);
   AddTransform (app, session);
+  AddRoad (app, session);
 
   try {
     app.parse (argc, argv);

@@ -113,5 +113,6 @@ void AddInfo (CLI::App& app, Session& session);
 void AddDump (CLI::App& app, Session& session);
 void AddRepair (CLI::App& app, Session& session);
 void AddTransform (CLI::App& app, Session& session);
+void AddRoad (CLI::App& app, Session& session);
 
 }  // namespace clxml::tool

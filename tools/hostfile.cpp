@@ -72,6 +72,29 @@ int host_Remove (const std::string& path) {
   return ::unlink (path.c_str ()) == 0 || errno == ENOENT ? 0 : errno;
 }
 
+int host_WriteWhole (const std::string& path, std::string_view bytes, bool mayReplace) {
+  if (!mayReplace && host_Stands (path)) return EEXIST;
+  const std::string part = path + "." + std::to_string (::getpid ()) + ".part";
+  const int handle = ::open (part.c_str (), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (handle < 0) return errno;
+  int error = 0;
+  while (!bytes.empty () && !error) {
+    const ssize_t written = ::write (handle, bytes.data (), bytes.size ());
+    if (written < 0)
+      error = errno == EINTR ? 0 : errno;
+    else
+      bytes.remove_prefix (static_cast<std::size_t> (written));
+  }
+  if (!error && ::fsync (handle) != 0 && errno != EINVAL) error = errno;
+  if (::close (handle) != 0 && !error) error = errno;
+  if (!error) error = mayReplace ? host_RenameOver (part, path) : host_RenameFresh (part, path);
+  if (error) {
+    host_Remove (part);
+    return error;
+  }
+  return host_SyncFolderOf (path);
+}
+
 std::string host_Reason (int error) { return std::generic_category ().message (error); }
 
 int HostLock::Take (const std::string& path) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace clxml::tool {
 
@@ -24,6 +25,10 @@ int host_RenameFresh (const std::string& from, const std::string& to);
 int host_RenameOver (const std::string& from, const std::string& to);
 /// Removes a file; 0 also when there is none. An errno value or 0.
 int host_Remove (const std::string& path);
+/// Makes a file of these bytes that appears at its path whole or not at all: it is written under
+/// another name beside it, brought to the medium and then renamed. EEXIST when something stands
+/// there that may not be replaced. An errno value or 0.
+int host_WriteWhole (const std::string& path, std::string_view bytes, bool mayReplace);
 /// The words for an errno value.
 std::string host_Reason (int error);
 
