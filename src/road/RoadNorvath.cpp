@@ -46,11 +46,12 @@ void AddIntervals (double start, double end, double interval, ChainageElementArr
     return;
   const double rest = std::fmod (start, interval);
   const double first = rest == 0.0 ? start : rest < 0.0 ? start - rest : start + interval - rest;
-  if (!((end - first) / interval < NorvathRoad::MaximumStations)) return;
-  for (int i = 0;; i++) {
+  // Counted and not walked, for far from 0 an interval can be too small to move a station.
+  const double count = std::floor ((end - first) / interval) + 1.0;
+  if (!(count <= NorvathRoad::MaximumStations)) return;
+  for (int i = 0; i < count; i++) {
     const double station = first + i * interval;
-    if (!(station <= end)) return;
-    list.Append (station, ChainageInterval);
+    if (station <= end) list.Append (station, ChainageInterval);
   }
 }
 

@@ -143,7 +143,7 @@ void HorizontalStraight::ComputeEnd () {
   EndAzimuth = MATHS_Null;
   EndCoordinate = coord_CorrectedGrid ();
   if (maths_IsNull (Length) || maths_IsNull (StartAzimuth)) return;
-  EndAzimuth = StartAzimuth;
+  EndAzimuth = maths_NullUnlessFinite (StartAzimuth);
   EndCoordinate = road_Forward (StartCoordinate, StartAzimuth, Length);
 }
 
@@ -161,7 +161,7 @@ void HorizontalStraight::TakeStartFrom (const HorizontalBase& previous) {
 
 RoadPosition HorizontalStraight::PositionAt (double station) const {
   RoadPosition position = HorizontalBase::PositionAt (station);
-  position.Azimuth = StartAzimuth;
+  position.Azimuth = maths_NullUnlessFinite (StartAzimuth);
   position.Coordinate =
       road_Forward (StartCoordinate, StartAzimuth, maths_Subtract (station, StartChainage));
   return position;
