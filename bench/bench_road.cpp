@@ -1,6 +1,6 @@
 // Measures a road of 1,000 elements on its way out of an import, and back.
-// The import captures, computes and writes it whole; the reader takes the road file in. Leans on
-// Google Benchmark and the road model.
+// The import captures, computes and writes it whole; the reader takes the road file in, and
+// stations and coordinates are asked for. Leans on Google Benchmark and the road model.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -12,6 +12,7 @@
 #include "platform/folder.h"
 #include "road/RoadNorvath.h"
 #include "road/roadfile.h"
+#include "road/roadtransform.h"
 
 namespace {
 
@@ -138,6 +139,63 @@ void ReadRoadFile (benchmark::State& state) {
   state.SetItemsProcessed (state.iterations () * state.range (0));
 }
 
+// The road of an import in memory, under the transform that a job without corrections gives.
+class Loaded {
+ public:
+  explicit Loaded (benchmark::State& state) : files (static_cast<int> (state.range (0))) {
+    SetCurrentTransformation (coordsys_Corrections ());
+    if (!files.Import () || !road_LoadFile (road, files.Device ("Long(Bench).rxl")))
+      state.SkipWithError ("not imported");
+    SetCurrentTransformation (coordsys_Corrections ());
+  }
+  ~Loaded () { ReleaseCurrentTransformation (); }
+  // The station of the next query: all over the road, the same ones in every run.
+  double Station () {
+    query = (query + 7919) % 100003;
+    return road.StartChainage () + (road.EndChainage () - road.StartChainage ()) * query / 100003;
+  }
+
+  NorvathRoad road;
+
+ private:
+  const Files files;
+  int query = 0;
+};
+
+void ComputeRoad (benchmark::State& state) {
+  Loaded loaded (state);
+  for (auto _ : state) {
+    if (!loaded.road.Horizontal.RecomputeAll ()) state.SkipWithError ("not recomputed");
+    loaded.road.Vertical.Settle ();
+  }
+  state.SetItemsProcessed (state.iterations () * state.range (0));
+}
+
+// Coordinate, azimuth and elevation of a station.
+void QueryStation (benchmark::State& state) {
+  Loaded loaded (state);
+  for (auto _ : state) {
+    const double station = loaded.Station ();
+    RoadPosition position;
+    if (!loaded.road.Horizontal.PositionAt (station, position)) state.SkipWithError ("no position");
+    benchmark::DoNotOptimize (position);
+    benchmark::DoNotOptimize (loaded.road.Vertical.ElevationAt (station));
+  }
+  state.SetItemsProcessed (state.iterations ());
+}
+
+// Station and offset of a coordinate beside the road.
+void QueryCoordinate (benchmark::State& state) {
+  Loaded loaded (state);
+  const coord_CorrectedGrid beside =
+      loaded.road.Horizontal.PointAtStationOffset (loaded.Station (), 3.5);
+  for (auto _ : state) benchmark::DoNotOptimize (loaded.road.Horizontal.StationOffsetOf (beside));
+  state.SetItemsProcessed (state.iterations ());
+}
+
+BENCHMARK (ComputeRoad)->Arg (1000)->Arg (10000)->Unit (benchmark::kMillisecond);
+BENCHMARK (QueryStation)->Arg (1000)->Arg (10000)->Unit (benchmark::kMicrosecond);
+BENCHMARK (QueryCoordinate)->Arg (1000)->Arg (10000)->Unit (benchmark::kMicrosecond);
 BENCHMARK (CaptureComputeAndWrite)->Arg (1000)->Arg (10000)->Unit (benchmark::kMillisecond);
 BENCHMARK (ReadRoadFile)->Arg (1000)->Arg (10000)->Unit (benchmark::kMillisecond);
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "Library/cogo/cogo.h"
 #include "numerics/approx.h"
@@ -130,6 +131,8 @@ bool HorizontalElementArray::PositionAt (double station, RoadPosition& position)
     return false;
   for (int i = 0; i < Count (); i++) {
     const HorizontalBase& element = *At (i);
+    // Most elements lie well before the station.
+    if (station - element.StartChainage > element.Length + 1.0) continue;
     const double along = maths_Subtract (station, element.StartChainage);
     if (!maths_IsNull (along) && along >= 0.0 && approx (along, LE, element.Length)) {
       position = element.PositionAt (station);
@@ -153,20 +156,55 @@ coord_CorrectedGrid HorizontalElementArray::PointAtStation (double station) cons
   return position.Coordinate;
 }
 
-coord_StationOffset HorizontalElementArray::StationOffsetOf (
-    const coord_CorrectedGrid& coordinate) const {
+namespace {
+
+// The distance from a coordinate to the nearer end of an element, whatever the axes; not finite
+// when it is not known.
+double EndDistance (const HorizontalBase& element, const coord_CorrectedGrid& coordinate) {
+  const auto squared = [&coordinate] (const coord_CorrectedGrid& end) {
+    const double north = end.North - coordinate.North, east = end.East - coordinate.East;
+    return north * north + east * east;
+  };
+  return std::sqrt (std::min (squared (element.StartCoordinate), squared (element.EndCoordinate)));
+}
+
+// The best of the elements that could be nearer than `within`: what lies farther from both ends of
+// an element than that and twice its length lies farther from the element itself. Counts the
+// elements beside which the coordinate lies without an answer.
+coord_StationOffset Nearest (const HorizontalElementArray& line,
+                             const coord_CorrectedGrid& coordinate, double within, int& failed) {
+  failed = 0;
   // A null is larger than every distance.
   coord_StationOffset best;
-  for (int i = 0; i < Count (); i++) {
+  for (int i = 0; i < line.Count (); i++) {
+    const HorizontalBase& element = *line.At (i);
+    if (EndDistance (element, coordinate) > within + 2.0 * std::abs (element.Length) + 1.0)
+      continue;
     double distance;
-    if (Abreast (*At (i), coordinate, distance)) {
-      const coord_StationOffset here = At (i)->StationOffsetOf (coordinate);
+    if (Abreast (element, coordinate, distance)) {
+      const coord_StationOffset here = element.StationOffsetOf (coordinate);
+      failed += maths_IsNull (here.Offset);
       if (std::abs (best.Offset) > std::abs (here.Offset)) best = here;
     } else if (std::abs (best.Offset) > distance) {
       best.Station = MATHS_Null;
       best.Offset = distance;
     }
   }
+  return best;
+}
+
+}  // namespace
+
+coord_StationOffset HorizontalElementArray::StationOffsetOf (
+    const coord_CorrectedGrid& coordinate) const {
+  // The nearest end bounds the answer, and only few elements come near enough; where that does not
+  // hold, as with an element that has no answer, all are asked.
+  double within = std::numeric_limits<double>::infinity ();
+  for (int i = 0; i < Count (); i++) within = std::min (within, EndDistance (*At (i), coordinate));
+  int failed;
+  coord_StationOffset best = Nearest (*this, coordinate, within, failed);
+  if (failed > 0 || !(std::abs (best.Offset) <= within + 1.0))
+    best = Nearest (*this, coordinate, std::numeric_limits<double>::infinity (), failed);
   if (maths_IsNull (best.Station)) best.Offset = MATHS_Null;
   best.Elevation = MATHS_Null;
   return best;

@@ -46,7 +46,7 @@ class HorizontalElementArray final
   coord_CorrectedGrid PointAtStation (double station) const;
   /// Station and offset of a coordinate on the nearest element that it lies abreast of; both null
   /// when it lies nearer to an end of an element than abreast of any. Elevation is null. Costs a
-  /// computation for each element.
+  /// look at each element and a computation for the few that come near.
   coord_StationOffset StationOffsetOf (const coord_CorrectedGrid& coordinate) const;
   /// The box of all starts and ends, without heights: arcs and spirals do not widen it beyond their
   /// ends. Coordinates that an element lacks are left out. False, and two nulls, when none is

@@ -89,7 +89,8 @@ double VerticalElementArray::ElevationAt (double station) const {
   if (!approx (station, GE, StartChainage ()) || !approx (station, LE, EndChainage ()))
     return MATHS_Null;
   for (int i = 0; i < Count (); i++)
-    if (approx (station, LE, At (i)->EndPoint.Station)) return At (i)->ElevationAt (station);
+    if (station <= At (i)->EndPoint.Station + 1.0 && approx (station, LE, At (i)->EndPoint.Station))
+      return At (i)->ElevationAt (station);
   return MATHS_Null;
 }
 

@@ -149,6 +149,35 @@ TEST_F (HorizontalAlignment, FollowsTheIntegratedCurvature) {
   }
 }
 
+// No place of the line is nearer to a coordinate than the answer's foot.
+TEST_F (HorizontalAlignment, FindsTheNearestElementOfMany) {
+  std::vector<Keyed> elements;
+  for (int i = 0; i < 12; i++)
+    for (const char kind : {'s', 'n', 'a', 'x'})
+      elements.push_back ({kind, kind == 's' ? 90.0 : 50.0, kind == 'n' ? none : 120.0,
+                           kind == 'x' ? none : 120.0, i % 3 == 0});
+  const HorizontalElementArray line = Line ({0, 0, 0}, 0.0, elements);
+  std::vector<coord_CorrectedGrid> places;
+  for (double station = 0.25; station < line.EndChainage (); station += 0.25)
+    places.push_back (line.PointAtStation (station));
+  std::mt19937 random (4);
+  int answered = 0;
+  for (int i = 0; i < 200; i++) {
+    const coord_CorrectedGrid& near = places[random () % places.size ()];
+    const coord_CorrectedGrid point (near.North + static_cast<double> (random () % 81) - 40.0,
+                                     near.East + static_cast<double> (random () % 81) - 40.0, none);
+    const coord_StationOffset answer = line.StationOffsetOf (point);
+    if (maths_IsNull (answer.Station)) continue;
+    answered++;
+    double nearest = none;
+    for (const coord_CorrectedGrid& place : places)
+      nearest = std::min (nearest, Apart (place, point));
+    EXPECT_NEAR (std::abs (answer.Offset), nearest, 0.126) << i;  // half a step
+    EXPECT_LT (Apart (line.PointAtStationOffset (answer.Station, answer.Offset), point), 1e-4) << i;
+  }
+  EXPECT_GT (answered, 180);
+}
+
 // Fresnel integrals C (u), S (u) to seven decimals: Abramowitz and Stegun, Handbook of Mathematical
 // Functions, 1964, Table 7.7. A clothoid with the constant A has x = A sqrt (pi) C (u) and
 // y = A sqrt (pi) S (u) at the length A sqrt (pi) u.
