@@ -139,9 +139,7 @@ uint64_t WalkOfFrames (const std::string& job) {
 uint64_t OpenAndReplay (const std::string& job) {
   dbAccess access;
   if (!access.Open (Str (Device (job).c_str ()), false)) Fail ("cannot open " + job);
-  uint64_t records = 0;
-  for (DBID id = access.GetFirstRecordId (); id != NODBID; id = access.GetNextRecordId (id))
-    records++;
+  const auto records = static_cast<uint64_t> (access.Model ().RecordCount ());
   access.Close ();
   return records;
 }

@@ -69,6 +69,13 @@ class Str {
     Assign (text.data (), UpToZero (text));
     return *this;
   }
+  /// Becomes a copy of n bytes, none of them zero: for readers that found the end themselves.
+  void SetBytes (const char* bytes, std::size_t n) {
+    if (n - 1 >= InlineRoom || !(IsInline () || HeapCapacity () == 0)) return Assign (bytes, n);
+    std::memcpy (_Store, bytes, n);
+    _Store[n] = 0;
+    _Store[Tag] = static_cast<char> (0x80 | n);
+  }
   /// Appends; the string itself, or a part of it, may be what is appended.
   Str& operator+= (const Str& other) {
     Append (other.Data (), static_cast<std::size_t> (other.Length ()));

@@ -99,6 +99,13 @@ const char* os_TemporaryDirectory () noexcept;
 /// Bytes free to the caller on the device of a directory.
 int os_FreeSpace (const char* directory, uint64_t& bytes);
 
+/// Fresh pages filled with zero bytes, n a power of two from 65536 on; they start at a multiple of
+/// n or of 2 MiB, whichever is less, and large ones come in few large pages where the system has
+/// such. Null when there is no memory.
+void* os_AllocatePages (std::size_t n) noexcept;
+/// Gives pages back, n being what they were asked for with.
+void os_FreePages (void* pages, std::size_t n) noexcept;
+
 /// Tells Environment of a failure: the caller's source and line, the error, the file's whole name.
 void os_Report (int error, const Str& name, const char* file = __builtin_FILE(),
                 int line = __builtin_LINE());

@@ -7,6 +7,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -311,6 +312,26 @@ int os_CurrentDirectory (Str& path) {
 }
 
 const char* os_TemporaryDirectory () noexcept { return "/tmp/"; }
+
+void* os_AllocatePages (std::size_t n) noexcept {
+  constexpr std::size_t hugePage = 2097152;
+  const std::size_t alignment = n < hugePage ? n : hugePage;
+  // A piece of twice the size holds an aligned one; the rest goes back at once.
+  const std::size_t taken = n + alignment;
+  void* place = mmap (nullptr, taken, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (place == MAP_FAILED) return nullptr;
+  char* begin = static_cast<char*> (place);
+  const std::size_t before =
+      (alignment - reinterpret_cast<std::uintptr_t> (begin) % alignment) % alignment;
+  if (before > 0) munmap (begin, before);
+  munmap (begin + before + n, taken - n - before);
+#ifdef MADV_HUGEPAGE
+  if (n >= hugePage) madvise (begin + before, n, MADV_HUGEPAGE);  // a wish: refusal costs time only
+#endif
+  return begin + before;
+}
+
+void os_FreePages (void* pages, std::size_t n) noexcept { munmap (pages, n); }
 
 int os_FreeSpace (const char* directory, uint64_t& bytes) {
   struct statvfs status = {};

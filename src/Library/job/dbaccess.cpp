@@ -94,10 +94,16 @@ bool dbAccess::Replay () {
   _WasRepaired = false;
   // Records are made by the million here, and each is given the time that the file has.
   const clock_Hold hold;
+  const Pool::Use use (_Model.RecordPool ());
   dbTransaction transaction;
+  dbModel_Action single;
   journal_Status status = JOURNAL_Ok;
-  while (_Journal.ReadTransaction (transaction, status)) {
-    if (status == JOURNAL_Ok) ApplyReplayed (transaction);
+  while (_Journal.ReadNext (transaction, single, status)) {
+    if (single.DBRecord)
+      ApplyReplayed (single);
+    else if (status == JOURNAL_Ok)
+      for (dbModel_Action* action = transaction.First (); action; action = action->Next.get ())
+        ApplyReplayed (*action);
     Assert (_Journal.GetLastAppendPosition () != 0, "_Journal._LastGoodAppendPosition != 0");
     _Journal.AcceptPosition ();
     // Nobody reads the model yet: what this transaction superseded need not wait for the last one.
@@ -109,26 +115,24 @@ bool dbAccess::Replay () {
   return status == JOURNAL_End;
 }
 
-void dbAccess::ApplyReplayed (dbTransaction& transaction) {
-  const bool repaired = _Journal.IsRepairDetected ();
-  for (dbModel_Action* action = transaction.First (); action; action = action->Next.get ()) {
-    if (action->Type == DBACTION_Foreign) continue;
-    const DBID id = action->DBRecord->RecordId;
-    // A frame that a repair took out may have been the target: without it the action has taken no
-    // number here.
-    if (repaired && action->Type != DBACTION_Add && !_Model.Lookup (action->Target)) {
-      LogNumber ("Target record missing from Model.  Target ", action->Target.value);
-      LogNumber ("-- Offending record ID ", id.value);
-      continue;
-    }
-    const DBID expected = TakesNumber (action->Type) ? _Model.NextDBID () : action->Target;
-    if (id != expected) {
-      LogNumber ("DBID discontinuity.  Expected ", expected.value);
-      LogNumber ("-- Actual DBID read ", id.value);
-      if (TakesNumber (action->Type)) _Model.SetNextDBID ({id.value + 1});
-    }
-    _Model.Apply (*action, ApplyMode::Replay);
+void dbAccess::ApplyReplayed (dbModel_Action& action) {
+  if (action.Type == DBACTION_Foreign) return;
+  const DBID id = action.DBRecord->RecordId;
+  // A frame that a repair took out may have been the target: without it the action has taken no
+  // number here.
+  if (_Journal.IsRepairDetected () && action.Type != DBACTION_Add &&
+      !_Model.Lookup (action.Target)) {
+    LogNumber ("Target record missing from Model.  Target ", action.Target.value);
+    LogNumber ("-- Offending record ID ", id.value);
+    return;
   }
+  const DBID expected = TakesNumber (action.Type) ? _Model.NextDBID () : action.Target;
+  if (id != expected) {
+    LogNumber ("DBID discontinuity.  Expected ", expected.value);
+    LogNumber ("-- Actual DBID read ", id.value);
+    if (TakesNumber (action.Type)) _Model.SetNextDBID ({id.value + 1});
+  }
+  _Model.Apply (action, ApplyMode::Replay);
 }
 
 dbAccess::Queue* dbAccess::CurrentQueue () {

@@ -135,7 +135,7 @@ class dbAccess {
   bool AppendFrame (OutBuffer& frames, const dbModel_Action& action);
   void EndOfGroup () noexcept;
   bool Replay ();
-  void ApplyReplayed (dbTransaction& transaction);
+  void ApplyReplayed (dbModel_Action& action);
 
   dbModel _Model;
   dbJournal _Journal;

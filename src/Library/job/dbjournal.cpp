@@ -91,8 +91,7 @@ dbJournal::dbJournal ()
     : _Header (FILEHDR_Journal),
       _FlushTime (neverFlush),
       _OutputBuffer (ENDIAN_Little),
-      _Scratch (ENDIAN_Little),
-      _Body (ENDIAN_Little) {}
+      _Scratch (ENDIAN_Little) {}
 
 dbJournal::~dbJournal () {
   if (!Assert (!_File.IsOpen (), "!_File.IsOpen()")) Close ();

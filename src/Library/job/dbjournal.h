@@ -83,6 +83,9 @@ class dbJournal {
   /// Fills transaction with the next one of the file; false when there is none, and status tells.
   /// Faults are logged; status 4 ends writing until Truncate.
   bool ReadTransaction (dbTransaction& transaction, journal_Status& status);
+  /// The same for a replay: a good transaction of one frame, as most are, comes in `single`, with
+  /// an empty transaction beside it; any other leaves no record in `single`.
+  bool ReadNext (dbTransaction& transaction, dbModel_Action& single, journal_Status& status);
   /// Fills action with the next frame; false when there is none (status 1 or 4).
   ///
   /// Beyond the frame itself, a frame whose verb takes a DBID is damaged when that is 0, one that
@@ -132,8 +135,9 @@ class dbJournal {
 
  private:
   const uint8_t* Window (uint32_t n, uint32_t& got);
+  const uint8_t* FillWindow (uint32_t n, uint32_t& got);
   bool Fault (journal_Status& status, const char* text, uint32_t position);
-  bool Decode (const uint8_t* frame, uint32_t length, dbModel_Action& action);
+  static bool Decode (const uint8_t* frame, uint32_t length, dbModel_Action& action);
   bool CheckNumber (const dbModel_Action& action);
   void Complain (const char* text, uint32_t position) const;
   void Opened (bool writable);
@@ -161,7 +165,6 @@ class dbJournal {
   uint32_t _WindowStart = 0;
   uint32_t _WindowLength = 0;
   uint32_t _ReadPosition = 0;
-  Buffer _Body;
   uint32_t _NumberOfTransaction = 0;  // highest DBID of the transaction being read
   uint32_t _NumberAccepted = 0;       // highest DBID of the good transactions before it
 };

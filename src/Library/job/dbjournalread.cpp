@@ -8,13 +8,13 @@
 // them. What stands behind a frame has no say in it, so that a job opens clean once it was cut.
 //
 // The first frame that is not believed ends reading: what follows cannot be found for sure. The
-// file is read in large pieces; a frame is looked at where it stands, and only its body is copied,
-// to a buffer of its own whose end is the body's end.
+// file is read in large pieces, and a frame is read where it stands in one.
 #include <algorithm>
 #include <cstring>
 
 #include "Library/job/crc16.h"
 #include "Library/job/dbjournal.h"
+#include "Library/records/dbReader.h"
 
 namespace clxml {
 namespace {
@@ -41,25 +41,30 @@ void dbJournal::RewindToRecords () {
 }
 
 // The n bytes at the read position, or as many as there are.
-const uint8_t* dbJournal::Window (uint32_t n, uint32_t& got) {
+inline const uint8_t* dbJournal::Window (uint32_t n, uint32_t& got) {
+  // A position in front of the window counts as one far behind it.
   const uint32_t offset = _ReadPosition - _WindowStart;
-  if (_ReadPosition < _WindowStart || offset > _WindowLength || n > _WindowLength - offset) {
-    const uint32_t remain = _Size > _ReadPosition ? _Size - _ReadPosition : 0;
-    const uint32_t wanted = std::min (std::max (n, windowSize), remain);
-    if (_Window.size () < wanted) _Window.resize (wanted);
-    _WindowStart = _ReadPosition;
-    _WindowLength = 0;
-    _File.Seek (_ReadPosition);
-    while (_WindowLength < wanted) {
-      uint32_t came = 0;
-      if (!_File.Read (_Window.data () + _WindowLength, wanted - _WindowLength, &came)) break;
-      _WindowLength += came;
-    }
-    got = std::min (n, _WindowLength);
-    return _Window.data ();
+  if (offset <= _WindowLength && n <= _WindowLength - offset) {
+    got = n;
+    return _Window.data () + offset;
   }
-  got = n;
-  return _Window.data () + offset;
+  return FillWindow (n, got);
+}
+
+const uint8_t* dbJournal::FillWindow (uint32_t n, uint32_t& got) {
+  const uint32_t remain = _Size > _ReadPosition ? _Size - _ReadPosition : 0;
+  const uint32_t wanted = std::min (std::max (n, windowSize), remain);
+  if (_Window.size () < wanted) _Window.resize (wanted);
+  _WindowStart = _ReadPosition;
+  _WindowLength = 0;
+  _File.Seek (_ReadPosition);
+  while (_WindowLength < wanted) {
+    uint32_t came = 0;
+    if (!_File.Read (_Window.data () + _WindowLength, wanted - _WindowLength, &came)) break;
+    _WindowLength += came;
+  }
+  got = std::min (n, _WindowLength);
+  return _Window.data ();
 }
 
 bool dbJournal::Fault (journal_Status& status, const char* text, uint32_t position) {
@@ -68,6 +73,31 @@ bool dbJournal::Fault (journal_Status& status, const char* text, uint32_t positi
   _Window = {};
   _WindowLength = 0;
   return false;
+}
+
+// length is that of flags, action, target and body.
+inline bool dbJournal::Decode (const uint8_t* frame, uint32_t length, dbModel_Action& action) {
+  action.DBRecord.reset ();
+  if (length < headBytes + leastBody) return false;
+  action.Flags = frame[0];
+  action.Type = static_cast<dbModel_Verb> (UInt16At (frame + 1));
+  action.Target = {UInt32At (frame + 3)};
+  if (action.Type < DBACTION_Add || action.Type > DBACTION_Delete ||
+      action.Type == DBACTION_Reserved)
+    return false;
+  BodyReader body (frame + headBytes, length - headBytes);
+  action.DBRecord = LoadRecord (body);
+  return action.DBRecord != nullptr;
+}
+
+inline bool dbJournal::CheckNumber (const dbModel_Action& action) {
+  if ((action.Flags & ACTION_TransactionStart) != 0) _NumberOfTransaction = _NumberAccepted;
+  if (!TakesNumber (action.Type)) return true;
+  const uint32_t number = action.DBRecord->RecordId.value;
+  const uint32_t room = (_ReadPosition - FILEHDR_SizeOnDisk) / leastFrame;
+  if (number <= _NumberOfTransaction || number > room) return false;
+  _NumberOfTransaction = number;
+  return true;
 }
 
 bool dbJournal::ReadRecord (dbModel_Action& action, journal_Status& status) {
@@ -107,43 +137,28 @@ bool dbJournal::ReadRecord (dbModel_Action& action, journal_Status& status) {
   }
 }
 
-// length is that of flags, action, target and body.
-bool dbJournal::Decode (const uint8_t* frame, uint32_t length, dbModel_Action& action) {
-  action.DBRecord.reset ();
-  if (length < headBytes + leastBody) return false;
-  action.Flags = frame[0];
-  action.Type = static_cast<dbModel_Verb> (UInt16At (frame + 1));
-  action.Target = {UInt32At (frame + 3)};
-  if (action.Type < DBACTION_Add || action.Type > DBACTION_Delete ||
-      action.Type == DBACTION_Reserved)
-    return false;
-  const auto bodyLength = static_cast<int> (length - headBytes);
-  _Body.Resize (bodyLength);
-  std::memcpy (_Body.Data (), frame + headBytes, static_cast<std::size_t> (bodyLength));
-  int offset = 0;
-  action.DBRecord = LoadRecord (_Body, offset);
-  return action.DBRecord != nullptr;
-}
-
-bool dbJournal::CheckNumber (const dbModel_Action& action) {
-  if ((action.Flags & ACTION_TransactionStart) != 0) _NumberOfTransaction = _NumberAccepted;
-  if (!TakesNumber (action.Type)) return true;
-  const uint32_t number = action.DBRecord->RecordId.value;
-  const uint32_t room = (_ReadPosition - FILEHDR_SizeOnDisk) / leastFrame;
-  if (number <= _NumberOfTransaction || number > room) return false;
-  _NumberOfTransaction = number;
+bool dbJournal::ReadTransaction (dbTransaction& transaction, journal_Status& status) {
+  dbModel_Action single;
+  if (!ReadNext (transaction, single, status)) return false;
+  if (single.DBRecord) transaction.Add (std::make_unique<dbModel_Action> (std::move (single)));
   return true;
 }
 
-bool dbJournal::ReadTransaction (dbTransaction& transaction, journal_Status& status) {
-  transaction.Clear ();
-  std::unique_ptr<dbModel_Action> action = transaction.NewAction ();
+bool dbJournal::ReadNext (dbTransaction& transaction, dbModel_Action& single,
+                          journal_Status& status) {
+  if (!transaction.IsEmpty ()) transaction.Clear ();
   // Frames of a transaction that was dropped gave out no number.
   _NumberOfTransaction = _NumberAccepted;
-  if (!ReadRecord (*action, status)) {
+  if (!ReadRecord (single, status)) {
     if (status == JOURNAL_Corrupt) _Writable = false;
     return false;
   }
+  if (single.Flags == (ACTION_TransactionStart | ACTION_TransactionEnd)) {
+    _NumberAccepted = _NumberOfTransaction;
+    return true;
+  }
+  std::unique_ptr<dbModel_Action> action = transaction.NewAction ();
+  *action = std::move (single);
   if ((action->Flags & ACTION_TransactionStart) == 0) {
     Complain ("Journal: Transaction start flag missing near filepos ", _ReadPosition);
     status = JOURNAL_Partial;

@@ -147,7 +147,7 @@ void dbModel::Retire (std::unique_ptr<dbRecord_Class> record) {
   _RetiredCount++;
 }
 
-void dbModel::ReleaseRetired () {
+void dbModel::FreeRetired () {
   while (_RetiredRecords) {
     dbModel_Node* node = _RetiredRecords;
     _RetiredRecords = node->ChainForward;
@@ -161,9 +161,11 @@ void dbModel::Clear () {
   _RetiredRecords = nullptr;
   _RetiredCount = 0;
   _FreeNodes = nullptr;
+  for (Slab* slab : _Slabs) slab->~Slab ();
   _Slabs.clear ();
   _SlabUsed = SlabSize;
   _Blocks.clear ();
+  _Pool.Clear ();
   _TypeIndex.fill ({});
   _LastUnsettled.fill (false);
   _RecordCount = 0;
@@ -175,8 +177,10 @@ bool dbModel::Enter (DBID id, dbModel_Node& node) {
   const uint32_t bnum = id.value / BlockSize;
   if (bnum >= _Blocks.size ()) _Blocks.resize (std::size_t{bnum} + 1);
   Assert (BlockCount () > bnum, "BlockCount > bnum");
-  if (!_Blocks[bnum]) _Blocks[bnum] = std::make_unique<Block> ();
-  (*_Blocks[bnum])[id.value % BlockSize] = &node;
+  if (!_Blocks[bnum])
+    _Blocks[bnum] =
+        ::new (_Pool.Allocate (BlockSize * sizeof (dbModel_Node*))) dbModel_Node* [BlockSize] {};
+  _Blocks[bnum][id.value % BlockSize] = &node;
   return true;
 }
 
@@ -188,7 +192,7 @@ dbModel_Node& dbModel::NewNode () {
     return node;
   }
   if (_SlabUsed == SlabSize) {
-    _Slabs.push_back (std::make_unique<Slab> ());
+    _Slabs.push_back (::new (_Pool.Allocate (sizeof (Slab))) Slab);
     _SlabUsed = 0;
   }
   return (*_Slabs.back ())[_SlabUsed++];

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Library/records/dbRecord.h"
+#include "platform/pool.h"
 
 namespace clxml {
 
@@ -42,6 +43,8 @@ class dbModel_Action {
  public:
   dbModel_Action () = default;
   dbModel_Action (dbModel_Verb verb, DBID target, std::unique_ptr<dbRecord_Class> record);
+  dbModel_Action (dbModel_Action&&) noexcept = default;
+  dbModel_Action& operator= (dbModel_Action&&) noexcept = default;
   virtual ~dbModel_Action () = default;
 
   uint32_t Flags = 0;
@@ -140,7 +143,7 @@ class dbModel {
   dbModel_Node* Lookup (DBID id) const noexcept {
     const uint32_t block = id.value / BlockSize;
     if (block >= _Blocks.size () || !_Blocks[block]) return nullptr;
-    return (*_Blocks[block])[id.value % BlockSize];
+    return _Blocks[block][id.value % BlockSize];
   }
   const dbModel_Thread& MainThread () const noexcept { return _MainThread; }
   /// Hands out the next number.
@@ -168,12 +171,16 @@ class dbModel {
   /// Keeps a record that a reader may still hold until ReleaseRetired; null does nothing.
   void Retire (std::unique_ptr<dbRecord_Class> record);
   /// Frees superseded records. No reader may hold one.
-  void ReleaseRetired ();
+  void ReleaseRetired () {
+    if (_RetiredRecords) FreeRetired ();
+  }
+  /// Where records are made that come to this model and go with it: all of them are gone before
+  /// Clear.
+  Pool& RecordPool () noexcept { return _Pool; }
   /// Frees everything; the next number is 1 again.
   void Clear ();
 
  private:
-  using Block = std::array<dbModel_Node*, BlockSize>;
   static constexpr std::size_t SlabSize = 170;  // nodes, within a page
   using Slab = std::array<dbModel_Node, SlabSize>;
 
@@ -192,8 +199,10 @@ class dbModel {
   bool InsertMovesLast (const dbModel_Node* from, database_RecordType type, ApplyMode mode);
   bool Enter (DBID id, dbModel_Node& node);
   dbModel_Node& NewNode ();
+  void FreeRetired ();
   void FreeNode (dbModel_Node& node) noexcept;
 
+  Pool _Pool;
   dbModel_Thread _MainThread;
   dbModel_Node* _RetiredRecords = nullptr;
   int32_t _RetiredCount = 0;
@@ -201,10 +210,10 @@ class dbModel {
   std::array<TypeEntry, DATABASE_AllRecords + 1> _TypeIndex{};
   std::array<bool, DATABASE_AllRecords + 1> _LastUnsettled{};  // an insert of a replay was put off
   int32_t _RecordCount = 0;
-  std::vector<std::unique_ptr<Block>> _Blocks;  // made only where used
-  std::vector<std::unique_ptr<Slab>> _Slabs;    // all nodes, which never move
-  std::size_t _SlabUsed = SlabSize;             // nodes handed out of the last slab
-  dbModel_Node* _FreeNodes = nullptr;           // through ChainForward
+  std::vector<dbModel_Node**> _Blocks;  // of the pool, made only where used
+  std::vector<Slab*> _Slabs;            // of the pool: all nodes, which never move
+  std::size_t _SlabUsed = SlabSize;     // nodes handed out of the last slab
+  dbModel_Node* _FreeNodes = nullptr;   // through ChainForward
 };
 
 }  // namespace clxml

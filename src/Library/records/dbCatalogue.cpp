@@ -11,6 +11,7 @@
 #include "Library/records/dbReader.h"
 #include "Library/records/dbSettings.h"
 #include "Library/records/dbStakeout.h"
+#include "platform/pool.h"
 
 namespace clxml {
 
@@ -27,7 +28,8 @@ struct Row {
 
 template <class T>
 constexpr Row RowOf (const char* name) {
-  return {name, [] () -> dbRecord_Class* { return new T; },
+  static_assert (alignof (T) <= 8);
+  return {name, [] () -> dbRecord_Class* { return ::new (Pool::Make (sizeof (T))) T; },
           [] (const dbRecord_Class& source) -> dbRecord_Class* {
             return new T (static_cast<const T&> (source));
           },
@@ -220,10 +222,16 @@ std::unique_ptr<dbRecord_Class> LoadRecord (const Buffer& buffer, int& byteOffse
   // The time of the new record is read from the body; the clock need not be asked.
   const clock_Hold hold;
   BodyReader reader (buffer, byteOffset);
+  std::unique_ptr<dbRecord_Class> record = LoadRecord (reader);
+  if (record) byteOffset = reader.Offset ();
+  return record;
+}
+
+std::unique_ptr<dbRecord_Class> LoadRecord (BodyReader& in) {
   uint16_t type = 0;
-  reader.Number (type);
-  std::unique_ptr<dbRecord_Class> record = reader.IsGood () ? CreateRecord (type) : nullptr;
-  if (record && !record->Load (buffer, byteOffset)) record.reset ();
+  in.Number (type);
+  std::unique_ptr<dbRecord_Class> record = in.IsGood () ? CreateRecord (type) : nullptr;
+  if (record && !record->LoadRest (in)) record.reset ();
   return record;
 }
 

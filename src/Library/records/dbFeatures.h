@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Library/base/buffer.h"
+#include "platform/pool.h"
 #include "str.h"
 
 namespace clxml {
@@ -79,7 +80,7 @@ class Attributes {
   }
 
  protected:
-  std::vector<Attribute> Attribs;
+  std::vector<Attribute, PoolAllocator<Attribute>> Attribs;
 };
 
 /// A feature code with its attributes.
@@ -141,7 +142,7 @@ class FeatureArray {
   FeatureArray Take ();
 
  private:
-  std::vector<Feature> Features;
+  std::vector<Feature, PoolAllocator<Feature>> Features;
 };
 
 /// Takes the next code off the front of a feature text, and the blanks behind it. A code ends at a

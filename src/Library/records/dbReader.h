@@ -13,9 +13,15 @@
 
 namespace clxml {
 
-/// Reads values behind each other from a buffer. The buffer must outlive it.
+/// Reads values behind each other from bytes that must outlive it.
 class BodyReader {
  public:
+  /// Bytes of a job file, least significant byte first.
+  BodyReader (const uint8_t* bytes, uint32_t length) noexcept
+      : _Begin (bytes),
+        _At (bytes),
+        _End (bytes + length),
+        _Swapped (std::endian::native != std::endian::little) {}
   /// Asserts "data_Endian != ENDIAN_Undefined"; an offset outside the data is a fault.
   BodyReader (const Buffer& buffer, int offset) noexcept
       : _Begin (buffer.Data ()),
@@ -59,15 +65,26 @@ class BodyReader {
     }
     _At += sizeof (T);
   }
+  /// Two numbers behind each other, looked at once.
+  template <class A, class B>
+  void Numbers (A& a, B& b) noexcept {
+    if (Remaining () >= sizeof (A) + sizeof (B) && !_Swapped) [[likely]] {
+      std::memcpy (&a, _At, sizeof (A));
+      std::memcpy (&b, _At + sizeof (A), sizeof (B));
+      _At += sizeof (A) + sizeof (B);
+    } else {
+      Number (a);
+      Number (b);
+    }
+  }
   /// A text up to its zero byte; one without is a fault.
   void Text (Str& value) {
-    const void* zero = _At == _End ? nullptr : std::memchr (_At, 0, Remaining ());
-    if (!zero) [[unlikely]]
-      return Fail ();
-    const auto length = static_cast<std::size_t> (static_cast<const uint8_t*> (zero) - _At);
-    if (length != 0 || !value.IsEmpty ())
-      value = std::string_view (reinterpret_cast<const char*> (_At), length);
-    _At += length + 1;
+    if (_At != _End && *_At == 0) {
+      _At++;
+      if (!value.IsEmpty ()) value = std::string_view ();
+      return;
+    }
+    FilledText (value);
   }
   /// A text of exactly width bytes, cut at its first zero byte.
   void PaddedText (Str& value, uint32_t width) {
@@ -94,6 +111,8 @@ class BodyReader {
   }
 
  private:
+  void FilledText (Str& value);
+
   const uint8_t* _Begin;
   const uint8_t* _At;
   const uint8_t* _End;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "Library/records/dbVisitors.h"
+#include "platform/pool.h"
 
 namespace clxml {
 
@@ -48,14 +49,7 @@ void SaveRecordHead (const dbRecord_Class& record, OutBuffer& buffer) {
 }
 
 void LoadRecordHead (dbRecord_Class& record, BodyReader& reader) {
-  uint16_t type = 0;
-  reader.Number (type);
-  if (reader.IsGood () &&
-      !Assert (record.GetType () == type,
-               "this->GetType() == (database_RecordType) buffer.GetUInt16 (byteOffset)"))
-    reader.Fail ();
-  reader.Number (record.RecordId.value);
-  reader.Number (record.TimeStamp);
+  reader.Numbers (record.RecordId.value, record.TimeStamp);
   reader.Text (record.Note);
 }
 
@@ -86,11 +80,33 @@ void dbRecord_Class::Save (OutBuffer& buffer) const {
 }
 
 bool dbRecord_Class::Load (const Buffer& buffer, int& byteOffset) {
-  LoadVisitor load (buffer, byteOffset);
-  LoadRecordHead (*this, load.Reader ());
+  BodyReader reader (buffer, byteOffset);
+  LoadFrom (reader);
+  byteOffset = reader.Offset ();
+  return reader.IsGood ();
+}
+
+bool dbRecord_Class::LoadFrom (BodyReader& in) {
+  uint16_t type = 0;
+  in.Number (type);
+  if (in.IsGood () &&
+      !Assert (GetType () == type,
+               "this->GetType() == (database_RecordType) buffer.GetUInt16 (byteOffset)"))
+    in.Fail ();
+  return LoadRest (in);
+}
+
+bool dbRecord_Class::LoadRest (BodyReader& in) {
+  LoadRecordHead (*this, in);
+  LoadVisitor load (in);
   Fields (load);
-  byteOffset = load.Reader ().Offset ();
-  return load.IsGood ();
+  return in.IsGood ();
+}
+
+void* dbRecord_Class::operator new (std::size_t size) { return Pool::Make (size); }
+
+void dbRecord_Class::operator delete (void* place, std::size_t size) noexcept {
+  Pool::Free (place, size);
 }
 
 void dbRecord_Class::ApplyBoolAction (const db_BoolAction&) {
@@ -136,15 +152,6 @@ void dbRecordWithFeatures_Class::SaveHead (OutBuffer& buffer) const {
   buffer.PutString (Description2);
 }
 
-bool dbRecordWithFeatures_Class::LoadHead (const Buffer& buffer, int& byteOffset) {
-  BodyReader reader (buffer, byteOffset);
-  LoadRecordHead (*this, reader);
-  Features.Load (reader);
-  reader.Text (Description1);
-  reader.Text (Description2);
-  byteOffset = reader.Offset ();
-  return reader.IsGood ();
-}
 
 void dbRecordWithFeatures_Class::Save (OutBuffer& buffer) const {
   SaveHead (buffer);
@@ -152,12 +159,14 @@ void dbRecordWithFeatures_Class::Save (OutBuffer& buffer) const {
   Look (save);
 }
 
-bool dbRecordWithFeatures_Class::Load (const Buffer& buffer, int& byteOffset) {
-  if (!LoadHead (buffer, byteOffset)) return false;
-  LoadVisitor load (buffer, byteOffset);
+bool dbRecordWithFeatures_Class::LoadRest (BodyReader& in) {
+  LoadRecordHead (*this, in);
+  Features.Load (in);
+  in.Text (Description1);
+  in.Text (Description2);
+  LoadVisitor load (in);
   Fields (load);
-  byteOffset = load.Reader ().Offset ();
-  return load.IsGood ();
+  return in.IsGood ();
 }
 
 void dbRecordWithFeatures_Class::CopyFrom (const dbRecord_Class& other) {

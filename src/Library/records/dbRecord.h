@@ -14,6 +14,7 @@
 
 namespace clxml {
 
+class BodyReader;
 class db_BoolAction;
 class db_Measurement;
 
@@ -52,7 +53,11 @@ class dbRecord_Class {
   /// Reads the body at byteOffset and moves it behind. False when the body has another type
   /// (asserted), ends too early or holds a count that its bytes cannot; nothing outside the
   /// buffer is touched and nothing is allocated by an unchecked number.
-  virtual bool Load (const Buffer& buffer, int& byteOffset);
+  bool Load (const Buffer& buffer, int& byteOffset);
+  /// The same where a reader stands, which is left behind the body.
+  bool LoadFrom (BodyReader& in);
+  /// Reads what stands behind the type.
+  virtual bool LoadRest (BodyReader& in);
   /// Takes a deleted mark; asserts for a record that has none.
   virtual void ApplyBoolAction (const db_BoolAction& action);
   /// Takes a new reference; asserts for a record that has none.
@@ -62,6 +67,10 @@ class dbRecord_Class {
   virtual void Fields (FieldVisitor& v) = 0;
   /// The same for a visitor that only looks.
   void Look (FieldVisitor& v) const { const_cast<dbRecord_Class*> (this)->Fields (v); }
+
+  /// A record lives in the pool that was in use when it was made, or on the heap.
+  static void* operator new (std::size_t size);
+  static void operator delete (void* place, std::size_t size) noexcept;
 
   /// Takes all of another record of the same type, identity included (CopyRecord); asserts
   /// "this->GetType() == other.GetType()" and does nothing for another type.
@@ -86,12 +95,10 @@ class dbRecordWithFeatures_Class : public dbRecord_Class {
 
   bool IsEqual (const dbRecord_Class& record) const override;
   void Save (OutBuffer& buffer) const override;
-  bool Load (const Buffer& buffer, int& byteOffset) override;
+  bool LoadRest (BodyReader& in) override;
   /// Appends what stands in front of the fields: the head of all records, then feature codes and
   /// descriptions.
   virtual void SaveHead (OutBuffer& buffer) const;
-  /// Reads the same; fails as Load does.
-  virtual bool LoadHead (const Buffer& buffer, int& byteOffset);
   /// Takes every property but RecordId, in place, the time stamp included. Asserts
   /// "Source.GetType () == Dest.GetType()" and does nothing for another type.
   virtual void CopyFrom (const dbRecord_Class& other);
@@ -140,8 +147,10 @@ void CopyRecord (const dbRecord_Class& source, dbRecord_Class& dest);
 /// A copy of the record.
 std::unique_ptr<dbRecord_Class> CloneRecord (const dbRecord_Class& record);
 /// Decodes a whole body: peeks the type, makes the record, loads it. Null when the type is
-/// unknown or the body does not load. A loop over many bodies should keep a clock_Hold of its own,
-/// so that the clock is asked for once and not per record.
+/// unknown or the body does not load.
 std::unique_ptr<dbRecord_Class> LoadRecord (const Buffer& buffer, int& byteOffset);
+/// The same where a reader stands. A loop over many bodies keeps a clock_Hold, so that the clock is
+/// asked for once and not per record.
+std::unique_ptr<dbRecord_Class> LoadRecord (BodyReader& in);
 
 }  // namespace clxml

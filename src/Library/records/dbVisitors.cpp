@@ -299,12 +299,7 @@ uint32_t LoadVisitor::BeginList (const char*, uint32_t count, CountForm form, in
 }
 
 void LoadVisitor::Nested (const char*, dbRecord_Class& record) {
-  if (!_In.IsGood ()) return;
-  int offset = _In.Offset ();
-  if (record.Load (_Buffer, offset))
-    _In.MoveTo (offset);
-  else
-    _In.Fail ();
+  if (_In.IsGood ()) record.LoadFrom (_In);
 }
 
 void CompareVisitor::Number (int64_t value) {

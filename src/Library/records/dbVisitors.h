@@ -57,8 +57,7 @@ class SaveVisitor final : public FieldVisitor {
 /// Fills the fields from a buffer, checking every length and count against the bytes that remain.
 class LoadVisitor final : public FieldVisitor {
  public:
-  LoadVisitor (const Buffer& buffer, int offset) : _Buffer (buffer), _In (buffer, offset) {}
-  BodyReader& Reader () { return _In; }
+  explicit LoadVisitor (BodyReader& in) : _In (in) {}
 
   void U8 (const char* name, uint8_t& value) override;
   void Bool (const char* name, bool& value) override;
@@ -91,8 +90,7 @@ class LoadVisitor final : public FieldVisitor {
   bool IsGood () const override { return _In.IsGood (); }
 
  private:
-  const Buffer& _Buffer;
-  BodyReader _In;
+  BodyReader& _In;
 };
 
 /// Compares the fields of two records of one type: walks the first, which is kept in mind, then
