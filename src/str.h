@@ -70,12 +70,16 @@ class Str {
     return *this;
   }
   /// Becomes a copy of n bytes, none of them zero: for readers that found the end themselves.
-  void SetBytes (const char* bytes, std::size_t n) {
-    if (n - 1 >= InlineRoom || !(IsInline () || HeapCapacity () == 0)) return Assign (bytes, n);
-    std::memcpy (_Store, bytes, n);
+  void SetBytes (const char* bytes, std::size_t n) { Assign (bytes, n); }
+  /// The same for 1 to ShortLength bytes of which ShortLength can be read, in no more than a few
+  /// steps.
+  void SetShort (const char* bytes, std::size_t n) {
+    if (!IsInline () && HeapCapacity () > 0) return Assign (bytes, n);
+    std::memcpy (_Store, bytes, ShortLength);
     _Store[n] = 0;
     _Store[Tag] = static_cast<char> (0x80 | n);
   }
+  static constexpr std::size_t ShortLength = 14;
   /// Appends; the string itself, or a part of it, may be what is appended.
   Str& operator+= (const Str& other) {
     Append (other.Data (), static_cast<std::size_t> (other.Length ()));
@@ -171,7 +175,7 @@ class Str {
   // plus the length behind them. Of a longer one it holds pointer, length and capacity, whose
   // highest byte is the tag and below 0x80; the empty string is of this kind, with capacity 0.
   static constexpr int Tag = 15;
-  static constexpr std::size_t InlineRoom = 14;
+  static constexpr std::size_t InlineRoom = ShortLength;
 
   bool IsInline () const noexcept { return (_Store[Tag] & 0x80) != 0; }
   char* HeapPointer () const noexcept {
