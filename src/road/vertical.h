@@ -73,6 +73,10 @@ class VerticalPoint final : public RoadElementOf<VerticalPoint, ROAD_VerticalPoi
 /// What the three kinds of curve share.
 class VerticalCurve : public VerticalBase {
  public:
+  static constexpr bool IsType (RoadElementType type) noexcept {
+    return VerticalBase::IsType (type) && type != ROAD_VerticalPoint;
+  }
+
   double KFactor = MATHS_Null;      ///< metres of length for one percent of change in grade
   VerticalPosition SagSummitPoint;  ///< where the curve is level; null when that is not on it
 
