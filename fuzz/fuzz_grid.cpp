@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "folder.h"
+#include "geodesy/combined.h"
 #include "geodesy/csib.h"
 #include "geodesy/grid.h"
-#include "geodesy/combined.h"
 
 namespace {
 

@@ -152,7 +152,6 @@ void dbRecordWithFeatures_Class::SaveHead (OutBuffer& buffer) const {
   buffer.PutString (Description2);
 }
 
-
 void dbRecordWithFeatures_Class::Save (OutBuffer& buffer) const {
   SaveHead (buffer);
   SaveVisitor save (buffer);
