@@ -488,6 +488,7 @@ csib_Status csib_ReleaseFile (csib_Block& block, std::string_view path) {
 }
 
 csib_Status csib_ReloadFile (csib_Block& block, std::string_view path) {
+  block.GroundDeltas = {};  // of the file as it was, or of its absence
   return Guarded ([&] {
     return FirstFailure (block.Datum ? block.Datum->load (block, path) : CSIB_Ok,
                          block.Projection ? block.Projection->load (block, path) : CSIB_Ok,
