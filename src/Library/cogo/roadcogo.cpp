@@ -60,11 +60,9 @@ void roadcogo_ArcPoint (const coord_CorrectedGrid& origin, const Transform& tran
                         coordsys_CogoSettings mask, double azimuth, double totalAngle,
                         double radius, double length, bool isClockwise, double distance,
                         coord_CorrectedGrid& out, double& outAzimuth) {
-  double angle = 0.0;
-  if (length != 0.0) {
-    Assert (!approx (distance, GT, length), "DistanceAlong <= Length");
-    angle = maths_Multiply (maths_Divide (distance, length), totalAngle);
-  }
+  Assert (!approx (distance, GT, length), "DistanceAlong <= Length");
+  const double angle =
+      length == 0.0 ? 0.0 : maths_Multiply (maths_Divide (distance, length), totalAngle);
   const double turn = isClockwise ? angle : maths_Negate (angle);
   const double halfTurn = maths_Divide (turn, 2.0);
   outAzimuth = coord_NormaliseTwoPi (maths_Add (azimuth, turn));

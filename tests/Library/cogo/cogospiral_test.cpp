@@ -222,8 +222,10 @@ TEST_P (RoadElements, OfStraightsAndArcsLieWhereTheirCurvatureLeads) {
   roadcogo_Inverse (*plane, grid, start, found, azimuth, distance);
   EXPECT_NEAR (azimuth, 4, 1e-12);
   EXPECT_NEAR (distance, 80, 1e-12);
-  roadcogo_ArcPoint (start, *plane, grid, 0.2, 0, 50, 0, true, 0, found, azimuth);
+  EXPECT_TRUE (hearing.TakeAssertions ().empty ());
+  roadcogo_ArcPoint (start, *plane, grid, 0.2, 0, 50, 0, true, 5, found, azimuth);
   ExpectAt (0.2, {0, 0, 0}, "an arc of no length");
+  EXPECT_EQ (hearing.TakeAssertions (), std::vector<std::string>{"DistanceAlong <= Length"});
   roadcogo_SpiralPoint (start, *plane, grid, 0.2, null, null, 50, true, true, 20, found, azimuth);
   EXPECT_TRUE (found.NullHorizontal () && maths_IsNull (azimuth));
 }
