@@ -375,6 +375,9 @@ void cogo_CopyHeight (position& from, position& to, const Transform& transform,
                       coordsys_CogoSettings mask) {
   Assert (mask != 0, "!system.IsNull()");
   const HeightFrame frame = HeightFrameOf (transform, mask);
+  // A point of the grid has no WGS84 form before it has an elevation.
+  if (frame == HeightFrame::WGS84 && to.GetWGS84 (transform).NullHorizontal ())
+    SetHeightIn (HeightFrame::Grid, to, transform, HeightIn (HeightFrame::Grid, from, transform));
   SetHeightIn (frame, to, transform, HeightIn (frame, from, transform));
 }
 

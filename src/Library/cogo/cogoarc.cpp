@@ -167,6 +167,7 @@ void cogo_IntersectionHeight (position& first, position& second, position& inter
   }
   const bool isHorizontalOnly =
       first.GetLocal (transform).NullVertical () || second.GetLocal (transform).NullVertical ();
+  cogo_CopyHeight (first, intersection, transform, mask);  // or it may have no geodetic form
   coord_Local coordinate = cogoframe_Geodetic (intersection, transform, mask);
   coordinate.Height = cogo_MeanHeight (first, second, transform, mask);
   cogoframe_LoadGeodetic (intersection, coordinate, intersection, transform, mask);

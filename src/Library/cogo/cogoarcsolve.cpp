@@ -157,6 +157,11 @@ class Solver {
         Turned (azimuths[1], -CONSTANT_PiOverTwo), Centre, System (middles[0], middles[1]));
     if (result != COGO_Ok) return result;
     Arc.Radius = Distance (Centre, First);
+    if (maths_IsNull (Arc.Radius)) {
+      // Lines that met on the grid leave it without a height, and distances may need one.
+      cogo_CopyHeight (First, Centre, _transform, System (First, Centre));
+      Arc.Radius = Distance (Centre, First);
+    }
     return CloseAboutCentre ();
   }
 

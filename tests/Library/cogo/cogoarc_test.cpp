@@ -25,7 +25,7 @@ class Arc : public ::testing::Test {
   }
 
   Hearing hearing;
-  const std::unique_ptr<Transform> plane = Plane ();
+  std::unique_ptr<Transform> plane = Plane ();
 };
 
 TEST_F (Arc, ConvertsLengthsAndAngles) {
@@ -158,14 +158,13 @@ class ArcSolver : public Arc {
     points[name] = At (*plane, 1000 + distance * std::cos (azimuth),
                        2000 + distance * std::sin (azimuth), elevation);
   }
-  cogo_Result Solve (db_Arc& arc) {
+  cogo_Result Solve (db_Arc& arc, coordsys_CogoSettings mask = coordsys_CogoSettings{}) {
     const auto find = [this] (const Str& name, position& out) {
       const auto found = points.find (name.Data ());
       if (found != points.end ()) out = found->second;
       return found != points.end ();
     };
-    return cogoarc_Solve (find, *plane, arc, first, second, centre, corner, centreAzimuth,
-                          coordsys_CogoSettings{});
+    return cogoarc_Solve (find, *plane, arc, first, second, centre, corner, centreAzimuth, mask);
   }
   // Clockwise from S to E, or to the left from E to S.
   static db_Arc Keyed (int method, const char* start, const char* end, const char* third,
@@ -223,6 +222,28 @@ TEST_F (ArcSolver, FindsOneArcByEveryMethodEitherWay) {
                     name + where, 1e-6);
       }
     }
+}
+
+// The same arc about a point of the map, with grid azimuths: it is the methods whose points come
+// from lines that meet on the grid, where they get no height.
+TEST_F (ArcSolver, FindsAnArcWhoseDistancesAreOnTheEllipsoid) {
+  plane = Mercator ();
+  constexpr coordsys_CogoSettings onWGS84 = COORDSYS_CogoAzimuthGrid | COORDSYS_CogoDistanceWGS84 |
+                                            COORDSYS_CogoEllipsoidDistances |
+                                            COORDSYS_CogoOrthoHeights;
+  for (const coordsys_CogoSettings mask : {ofJob, onWGS84}) {
+    position about = At (*plane, 230000, 650000, 400);
+    for (const auto& [name, azimuth] : {std::pair ("S", from), std::pair ("E", to), {"P", 0.9}})
+      cogo_Forward (about, *plane, azimuth, radius, 0, points[name], mask);
+    for (const int method : {DBENTITY_TwoPointsAndRadius, DBENTITY_ThreePoints}) {
+      db_Arc arc = Keyed (method, "S", "E", "P");
+      ASSERT_EQ (Solve (arc, mask), COGO_Ok) << method;
+      EXPECT_NEAR (arc.Radius, radius, 2e-3) << method;
+      EXPECT_NEAR (Inverse (centre, about, *plane, mask).along, 0, 2e-3) << method;
+      EXPECT_NEAR (arc.Tangent, radius * std::tan (angle / 2), 0.01) << method;
+      EXPECT_NEAR (corner.GetCogoGrid (*plane).Elevation, 400, 1e-3) << method;
+    }
+  }
 }
 
 TEST_F (ArcSolver, TellsWhyItCannot) {
