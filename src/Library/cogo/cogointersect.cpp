@@ -59,7 +59,9 @@ cogo_Result cogo_CircleLineSearch (position& foot, double azimuth, position& cen
 }
 
 // Moves a point that lies near two circles onto both: their tangents next to it meet nearer. At
-// most 20 rounds until both distances are met within half a millimetre.
+// most 20 rounds until both distances are met within half a millimetre, then COGO_NotConverged:
+// with grid azimuths so far from the projection's origin that its two directions part by more, each
+// round ends where it began.
 cogo_Result RefineOnCircles (position& seed, position* centres, const double* radii,
                              const Transform& transform, coordsys_CogoSettings mask) {
   for (int round = 0; round < searchRounds; round++) {

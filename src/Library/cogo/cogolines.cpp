@@ -39,7 +39,9 @@ cogo_Result Offset (position& start, const Transform& transform, double azimuth,
   along = Along (azimuth, toPoint, distance);
 
   // The foot is stepped along the line by what is left of the way to the point in the line's
-  // direction, until that is below half a millimetre. On the plane the first foot is the last.
+  // direction, until that is below half a millimetre. On the plane the first foot is the last; on
+  // the ellipsoid a round leaves 1 - D / tan (D) of it, with D the angle between foot and point
+  // as seen from the earth's centre: beyond some 6,000 km twenty rounds are too few.
   for (int round = 0; round < stationOffsetRounds; round++) {
     cogo_Forward (start, transform, azimuth, along, cogo_SlopeHeight (slope, along), foot, mask);
     double back, backDistance;

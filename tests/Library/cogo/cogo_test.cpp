@@ -336,13 +336,16 @@ TEST_F (Cogo, IntersectsOnTheEllipsoid) {
 }
 
 // Over hundreds of kilometres near the pole the line has left the circle's reach before 1.01 radii,
-// and steps of half a bracket do not come within half a millimetre in 20 rounds.
-TEST_F (Cogo, GivesUpOnCirclesAsLargeAsTheEarthBends) {
+// and steps of half a bracket do not come within half a millimetre in 20 rounds; nor does the foot
+// of a point 60 degrees off a line. Fifteen degrees from the meridian of the projection a point
+// comes back from the grid a metre beside where it was, and its distances with it.
+TEST_F (Cogo, GivesUpOnWhatIsAsLargeAsTheEarthBends) {
+  position one, two;
   for (const auto& [latitude, azimuth, toLatitude, result] :
        {std::tuple (80.0, 0.0, 86.0, COGO_NoBracket),
         std::tuple (88.0, 90.0, 84.0, COGO_NotConverged),
         std::tuple (0.0, 0.0, 8.0, COGO_NullInput)}) {
-    position start = AtDegrees (*mercator, wgs84, latitude, 10), one, two;
+    position start = AtDegrees (*mercator, wgs84, latitude, 10);
     position centre = AtDegrees (*mercator, wgs84, toLatitude, 18);
     const double radius = 0.99 * Inverse (start, centre, *mercator, wgs84).along;
     EXPECT_EQ (cogo_AzimuthDistanceIntersect (start, azimuth * degree, centre, *mercator, radius,
@@ -350,6 +353,13 @@ TEST_F (Cogo, GivesUpOnCirclesAsLargeAsTheEarthBends) {
                result);
     EXPECT_TRUE (one.Original == COORD_NullType && two.Original == COORD_NullType);
   }
+  const Against far = AgainstLine (*mercator, AtDegrees (*mercator, wgs84, 0, 0), pi / 2, 0, null,
+                                   null, AtDegrees (*mercator, wgs84, 60, 3), wgs84);
+  EXPECT_TRUE (far.result == COGO_NotConverged && far.IsCleared ());
+  position a = AtDegrees (*mercator, local, 50, 2), b = AtDegrees (*mercator, local, 46, -3);
+  EXPECT_EQ (cogo_DistanceDistanceIntersect (a, 750e3, b, 900e3, *mercator, one, two, ofJob),
+             COGO_NotConverged);
+  EXPECT_TRUE (one.Original == COORD_NullType && two.Original == COORD_NullType);
 }
 
 TEST_F (Cogo, KeepsHeightsThatAreThere) {
