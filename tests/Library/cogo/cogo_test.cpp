@@ -1,6 +1,7 @@
 // Coordinate geometry between two positions.
 // The plane against hand computation, the ellipsoid against figures of GeodSolve (geographiclib
-// 2.1, -e 6378137 0.0033528106718309905 -p 10). Leans on the fixture.
+// 2.1, -e 6378137 0.0033528106718309905 -p 10) and of geod (PROJ 9.1.1, +rf=298.257223563). Leans
+// on the fixture.
 #include "Library/cogo/cogo.h"
 
 #include "Library/cogo/cogofixture.h"
@@ -69,12 +70,16 @@ TEST_F (Cogo, GoesForwardAndBackOnThePlane) {
                         Case{"no height", 1, false, grid, 0, 10, null, 110, 200, null}}) {
     const auto transform = Plane (c.scale, c.isSouth);
     position start = At (*transform, 100, 200, 5), end;
+    start.Name = "P";
     cogo_Forward (start, *transform, c.azimuth, c.distance, c.rise, end, c.mask);
+    EXPECT_EQ (end.Name, "P");
     ExpectGrid (end, *transform, c.north, c.east, c.elevation, c.name);
     const Against back = Inverse (start, end, *transform, c.mask);
     ExpectNear (back.azimuth, maths_IsNull (c.north) ? null : c.azimuth, 1e-12, c.name);
     ExpectNear (back.along, maths_IsNull (c.north) ? null : c.distance, 1e-12, c.name);
     ExpectNear (back.height, c.rise, 1e-12, c.name);
+    const bool isSloped = !maths_IsNull (c.north) && !maths_IsNull (c.rise);
+    ExpectNear (back.offset, isSloped ? std::hypot (c.distance, c.rise) : null, 1e-12, c.name);
   }
   position start = At (*plane, 100, 200, 5);
   const Against same = Inverse (start, start, *plane, grid);
@@ -89,19 +94,21 @@ TEST_F (Cogo, GoesForwardAndBackOnTheEllipsoid) {
   struct Case {
     const char* name;
     coordsys_CogoSettings mask;
-    double azimuth, distance, latitude, longitude;
+    double azimuth, distance, latitude, longitude, rise = 0;
   };
   for (const Case& c :
        {Case{"WGS84", wgs84, 37, 5000, 47.53590906602368, 8.53996530723218},
-        Case{"local", local, 37, 5000, 47.53590906602368, 8.53996530723218},
+        Case{"local", local, 37, 5000, 47.53590906602368, 8.53996530723218, 20},
         // GeodSolve -e 6378637 0.0033528106718309905: the ellipsoid raised by 500 m.
         Case{"ground", ground, 37, 5000, 47.535906251787104, 8.539962172347469},
+        // geod +a=6379137: by the 1000 m between the two heights.
+        Case{"climb", ground, 37, 5000, 47.535903437992, 8.539959037955, 1000},
         Case{"backwards", local, 217, -5000, 47.53590906602368, 8.53996530723218},
         Case{"no way", local, 37, 0.0004, 47.5, 8.5},
         Case{"too far", wgs84, 37, 1000001, null, null},
         Case{"no distance", wgs84, 37, null, null, null}}) {
     position start = AtDegrees (*mercator, c.mask, 47.5, 8.5, 500), end;
-    cogo_Forward (start, *mercator, c.azimuth * degree, c.distance, 0.0, end, c.mask);
+    cogo_Forward (start, *mercator, c.azimuth * degree, c.distance, c.rise, end, c.mask);
     EXPECT_EQ (end.Original, c.mask == wgs84 ? COORD_WGS84Type : COORD_LocalType);
     const double off = MetresFrom (end, *mercator, c.latitude, c.longitude);
     ExpectNear (off, maths_IsNull (c.latitude) ? null : 0.0, 2e-4, c.name);
@@ -109,16 +116,18 @@ TEST_F (Cogo, GoesForwardAndBackOnTheEllipsoid) {
     const Against back = Inverse (start, end, *mercator, c.mask);
     EXPECT_NEAR (back.along, 5000, 1e-4) << c.name;
     EXPECT_NEAR (back.azimuth, 37 * degree, 1e-7) << c.name;
-    EXPECT_NEAR (back.height, 0.0, 1e-9) << c.name;
+    EXPECT_NEAR (back.height, c.rise, 1e-9) << c.name;
   }
 }
 
 // Grid azimuths with distances on the ellipsoid: the end lies in that direction on the map and at
-// that distance by the geodesic; azimuths from south run the other way. And the other way about,
-// geodetic azimuths with distances on the map, short enough that it does not bend them.
+// that distance by the geodesic, as much above the start's elevation as it was to rise, though
+// elevations tilt by 2 in 10,000 against heights; azimuths from south run the other way. And the
+// other way about, geodetic azimuths with distances on the map, short enough that it does not bend
+// them.
 TEST_F (Cogo, MixesTheMapAndTheEllipsoid) {
   for (const bool isSouth : {false, true}) {
-    const auto transform = Mercator (isSouth);
+    const auto transform = Mercator (isSouth, 2e-4);
     position start = At (*transform, 230000, 650000, 400), end;
     for (const double azimuth : {0.3, 1.9, 3.2, 5.5}) {
       cogo_Forward (start, *transform, azimuth, 4000, 25, end, ofJob);
@@ -126,12 +135,31 @@ TEST_F (Cogo, MixesTheMapAndTheEllipsoid) {
       const double onMap = std::atan2 (at.East - 650000, at.North - 230000);
       EXPECT_NEAR (AngleSmallest (onMap + (isSouth ? pi : 0), azimuth), 0, COGO_SameAngle);
       EXPECT_NEAR (at.Elevation, 425, 1e-6);
-      EXPECT_NEAR (Inverse (start, end, *transform, local).along, 4000, 5e-5);
+      EXPECT_NEAR (Inverse (start, end, *transform, ofJob).height, 25, 1e-6);
+      const Against onEllipsoid = Inverse (start, end, *transform, local);
+      EXPECT_NEAR (onEllipsoid.along, 4000, 5e-5);
+      EXPECT_NEAR (onEllipsoid.height, 25 - 2e-4 * (at.North - 230000), 1e-6);
       cogo_Forward (start, *transform, azimuth, 10, 0, end,
                     COORDSYS_CogoAzimuthLocal | COORDSYS_CogoDistanceGrid |
                         COORDSYS_CogoEllipsoidDistances | COORDSYS_CogoOrthoHeights);
       EXPECT_NEAR (AngleSmallest (Inverse (start, end, *transform, local).azimuth, azimuth), 0,
                    1e-7);
+    }
+    // Two circles about points at the heights 394 and 392: both are raised to the mean, from which
+    // a way on WGS84 keeps the height and one on the local datum the elevation, 6 m more.
+    position first = At (*transform, 230000, 650000, 400), one, two;
+    position second = At (*transform, 240000, 655000, 400);
+    for (const coordsys_CogoSettings mask : {ofJob, onWGS84}) {
+      ASSERT_EQ (
+          cogo_DistanceDistanceIntersect (first, 9000, second, 8000, *transform, one, two, mask),
+          COGO_Ok);
+      for (const position& found : {one, two}) {
+        EXPECT_NEAR (Inverse (found, first, *transform, mask).along, 9000, 5e-4);
+        EXPECT_NEAR (Inverse (found, second, *transform, mask).along, 8000, 5e-4);
+        const double height = mask == ofJob ? position (found).GetGrid (*transform).Elevation - 6
+                                            : position (found).GetWGS84 (*transform).Height;
+        EXPECT_NEAR (height, 393, 1e-4);
+      }
     }
   }
 }
@@ -185,7 +213,8 @@ TEST_F (Cogo, SetsAPointOffALineOnThePlane) {
 }
 
 // From 47 north 8 east along 60 degrees the geodesic passes F after 25 km; R and L lie 3 km to its
-// right and 7 km to its left there, BR 500 m to the right of where it was 4 km before the start.
+// right and 7 km to its left there, BR 500 m to the right of where it was 4 km before the start,
+// and BB 3 km to the right of where it was 25 km before (by geod).
 TEST_F (Cogo, SetsAPointOffAGeodesic) {
   struct Case {
     const char* name;
@@ -196,7 +225,8 @@ TEST_F (Cogo, SetsAPointOffAGeodesic) {
          {Case{"F", 47.112083666722420, 8.285264585782713, 25000, 0, 60.208819804020152},
           Case{"R", 47.088663253548745, 8.304894762839163, 25000, 3000, 60.208819804020152},
           Case{"L", 47.166717819476737, 8.239393788513956, 25000, -7000, 60.208819804020152},
-          Case{"BR", 46.978106814750483, 7.957757578415685, -4000, 500, 59.966705291065168}}) {
+          Case{"BR", 46.978106814750483, 7.957757578415685, -4000, 500, 59.966705291065168},
+          Case{"BB", 46.863883147099, 7.735725512640, -25000, 3000, 59.792434703393}}) {
       const position point = AtDegrees (*mercator, mask, c.latitude, c.longitude);
       const Against a = AgainstLine (*mercator, AtDegrees (*mercator, mask, 47, 8), 60 * degree, 0,
                                      null, null, point, mask);
@@ -365,9 +395,20 @@ TEST_F (Cogo, GivesUpOnWhatIsAsLargeAsTheEarthBends) {
 TEST_F (Cogo, KeepsHeightsThatAreThere) {
   position high = AtDegrees (*mercator, local, 47.5, 8.5, 300), one, two;
   position flat = AtDegrees (*mercator, local, 47.6, 8.5, null);
-  // Ellipsoid distances take the project height, here none and so 0, for a missing one.
-  EXPECT_EQ (cogo_MeanHeight (high, flat, *mercator, local), 150);
-  EXPECT_EQ (cogo_MeanHeight (high, flat, *mercator, ground), 300);
+  // Ellipsoid distances take the project height, here none and so 0, for a missing one; the ground
+  // is as high as the end that has a height, and nowhere when none has.
+  const double onEllipsoid =
+      Inverse (flat, flat, *mercator, local).along + Inverse (flat, high, *mercator, local).along;
+  for (const auto& [from, to] : {std::pair (high, flat), std::pair (flat, high)}) {
+    position a = from, b = to;
+    EXPECT_EQ (cogo_MeanHeight (a, b, *mercator, local), 150);
+    EXPECT_EQ (cogo_MeanHeight (a, b, *mercator, ground), 300);
+    EXPECT_NEAR (Inverse (a, b, *mercator, ground).along, onEllipsoid * (1 + 300 / 6378137.0),
+                 1e-6);
+  }
+  const position other = AtDegrees (*mercator, local, 47.5, 8.5, null);
+  EXPECT_TRUE (maths_IsNull (Inverse (flat, other, *mercator, ground).along));
+  EXPECT_NEAR (Inverse (flat, other, *mercator, local).along, onEllipsoid, 1e-9);
   cogo_CommonHeights (high, flat, *mercator, one, two, local);
   EXPECT_EQ (two.GetLocal (*mercator).Height, 150);
   EXPECT_TRUE (two.HorizontalOnly && !one.HorizontalOnly);

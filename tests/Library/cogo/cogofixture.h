@@ -32,6 +32,11 @@ inline constexpr coordsys_CogoSettings ofJob =
     COORDSYS_CogoAzimuthGrid | COORDSYS_CogoDistanceLocal | COORDSYS_CogoEllipsoidDistances |
     COORDSYS_CogoOrthoHeights;
 
+/// The same with distances on WGS84.
+inline constexpr coordsys_CogoSettings onWGS84 =
+    COORDSYS_CogoAzimuthGrid | COORDSYS_CogoDistanceWGS84 | COORDSYS_CogoEllipsoidDistances |
+    COORDSYS_CogoOrthoHeights;
+
 /// Corrections and a scale: everything is computed on the plane.
 inline std::unique_ptr<Transform> Plane (
     double scale = 1.0, bool southAzimuth = false,
@@ -47,8 +52,9 @@ inline std::unique_ptr<Transform> Plane (
       &projection, nullptr, nullptr, nullptr, &corrections, 426);
 }
 
-/// A transverse Mercator on WGS84 about 47 north, 8 east, without a datum shift.
-inline std::unique_ptr<Transform> Mercator (bool southAzimuth = false) {
+/// A transverse Mercator on WGS84 about 47 north, 8 east, without a datum shift; elevations rise
+/// over heights by northTilt a metre to the north.
+inline std::unique_ptr<Transform> Mercator (bool southAzimuth = false, double northTilt = 0.0) {
   coordsys_Corrections corrections;
   corrections.Distances = COORDSYS_EllipsoidDistance;
   corrections.SouthAzimuth = southAzimuth;
@@ -58,9 +64,16 @@ inline std::unique_ptr<Transform> Mercator (bool southAzimuth = false) {
   projection.OriginGrid = coord_CorrectedGrid (200000.0, 600000.0, 0.0);
   projection.Scale = 0.9996;
   const coordsys_Datum datum;
-  return std::make_unique<Transform> (
-      COORDSYS_SetCorrections | COORDSYS_SetEllipsoid | COORDSYS_SetProjection | COORDSYS_SetDatum,
-      &coordsys_WGS84Ellipsoid (), &projection, &datum, nullptr, nullptr, &corrections, 426);
+  coordsys_Height tilt;
+  tilt.HeightType = COORDSYS_InclinedPlane;
+  tilt.OriginNorth = 200000.0;
+  tilt.OriginEast = 600000.0;
+  tilt.NorthAdjustment = northTilt;
+  tilt.EastAdjustment = tilt.ElevAdjustment = 0.0;
+  const int parts = COORDSYS_SetCorrections | COORDSYS_SetEllipsoid | COORDSYS_SetProjection |
+                    COORDSYS_SetDatum | (northTilt != 0.0 ? COORDSYS_SetVertAdjustment : 0);
+  return std::make_unique<Transform> (static_cast<uint16_t> (parts), &coordsys_WGS84Ellipsoid (),
+                                      &projection, &datum, nullptr, &tilt, &corrections, 426);
 }
 
 inline position At (const Transform& transform, double north, double east, double elevation = 0.0) {
@@ -109,17 +122,17 @@ inline double MetresFrom (position where, const Transform& transform, double lat
 /// What a point against another, a line, an arc or a spiral comes to.
 struct Against {
   cogo_Result result = COGO_Ok;
-  double azimuth = 0.0, along = 0.0, offset = 0.0, height = 0.0;  // along: distance of two points
+  double azimuth = 0.0, along = 0.0, offset = 0.0, height = 0.0;
   position foot;
 
   bool IsCleared () const { return foot.Original == COORD_NullType && maths_IsNull (along); }
 };
 
+/// along is the distance, offset the slope distance.
 inline Against Inverse (position from, position to, const Transform& transform,
                         coordsys_CogoSettings mask) {
   Against a;
-  double slope;
-  cogo_InverseHeights (from, to, transform, a.azimuth, a.along, a.height, slope, mask);
+  cogo_InverseHeights (from, to, transform, a.azimuth, a.along, a.height, a.offset, mask);
   return a;
 }
 

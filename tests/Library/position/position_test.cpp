@@ -52,6 +52,23 @@ std::unique_ptr<Transform> Zone33 () {
       &ellipsoid, &projection, &datum, nullptr, nullptr, &corrections, 0, &error);
 }
 
+// An item of an index that remembers one grid.
+struct SmallItem final : position_Item {
+  bool isLinked = false, isTrue = false;
+  coord_CorrectedGrid grid;
+
+  bool IsLinked () const override { return isLinked; }
+  coord_CorrectedGrid LinkedGrid () const override { return grid; }
+  bool LoadGrid (coord_CorrectedGrid& out) const override {
+    if (!grid.IsNull ()) out = grid;
+    return !grid.IsNull ();
+  }
+  void StoreGrid (const coord_CorrectedGrid& computed, bool isTrueHeight) override {
+    grid = computed;
+    isTrue = isTrueHeight;
+  }
+};
+
 class SmallJob final : public position_Job {
  public:
   std::unique_ptr<Transform> transform = CorrectionsAlone ();
@@ -59,7 +76,7 @@ class SmallJob final : public position_Job {
   std::map<uint32_t, std::unique_ptr<dbRecord_Class>> records;
   StrArray chain;
   std::size_t deepest = 0;
-  double backsight = MATHS_Null;
+  double backsight = MATHS_Null, shift = 0.0;
 
   position& Add (const char* name) {
     position& point = points[name];
@@ -119,7 +136,7 @@ class SmallJob final : public position_Job {
   }
   bool ReduceLaser (position&) override { return false; }
   double BacksightAzimuth (position&, const Transform&, const Str&) override { return backsight; }
-  void AdjustToNeighbours (coord_CorrectedGrid&) override {}
+  void AdjustToNeighbours (coord_CorrectedGrid& grid) override { grid.North += shift; }
 };
 
 TEST (Position, GivesWhatOneTransformAllowsAndNothingElse) {
@@ -172,6 +189,19 @@ TEST (Position, GivesWhatOneTransformAllowsAndNothingElse) {
   position nothing;
   EXPECT_TRUE (nothing.GetGrid (*zone).IsNull ());
   EXPECT_TRUE (maths_IsNull (nothing.GetAntennaHeight ()));
+}
+
+TEST (Position, TakesOneLocalForTheOtherWithoutAProjection) {
+  const Hearing hearing;
+  const coordsys_Datum datum;
+  Transform datumAlone (COORDSYS_SetEllipsoid | COORDSYS_SetDatum, &coordsys_WGS84Ellipsoid (),
+                        nullptr, &datum, nullptr, nullptr, nullptr, 0);
+  position p;
+  p.LoadFromWGS84 ({0.8, 0.2, 10.0});
+  EXPECT_NEAR (p.GetLocal (datumAlone).Latitude, 0.8, 1e-9);
+  p.LoadFromLocal ({0.8, 0.2, 10.0});
+  EXPECT_EQ (p.GetUncalibratedLocal (datumAlone).Latitude, 0.8);
+  EXPECT_NEAR (p.GetWGS84 (datumAlone).Height, 10.0, 1e-6);
 }
 
 TEST (Position, DropsItsDerivedFormsWithTheTransform) {
@@ -294,8 +324,10 @@ TEST (Position, ReducesAnObservationFromItsBase) {
   position unknown = turned;
   turned.HasStationSetup = true;
   turned.StationSetup = {{0.0, 0.0, 7.0}, CONSTANT_PiOverTwo - 0.25};
+  job.shift = 9.0;  // neighbours do not move what is measured from there
   EXPECT_TRUE (turned.GetGrid (*job.transform).IsCloseTo ({0.0, 10.0, 8.0}, 1e-9));
   EXPECT_EQ (turned.Grid.Elevation, 8.0);
+  job.shift = 0.0;
   EXPECT_TRUE (unknown.GetGrid (*job.transform).IsNull ());
   EXPECT_TRUE (maths_IsNull (unknown.GetPolar (*job.transform).Azimuth));
   EXPECT_EQ (unknown.Polar.VDist, 1.0);
@@ -305,12 +337,58 @@ TEST (Position, ReducesAnObservationFromItsBase) {
   flat.LoadFromGrid ({1.0, 2.0, MATHS_Null});
   flat.SearchData = &job;
   flat.UseProjectHeight = true;
+  const auto zone = Zone33 ();
+  EXPECT_TRUE (flat.GetLocal (*zone).NullVertical ());
+  EXPECT_TRUE (flat.ComputeAbsolute (*zone));
+  EXPECT_NEAR (flat.GetLocal (*zone).Height, 300.0, 1e-6);  // what was derived flat is derived anew
+  flat.Grid.Elevation = MATHS_Null;
   EXPECT_TRUE (flat.ComputeAbsolute (*job.transform));
   EXPECT_EQ (flat.Grid.Elevation, 0.0);  // without a projection
   EXPECT_EQ (flat.SearchData, &job);
   flat.HorizontalOnly = true;
+  flat.UncalibratedLocal.Height = flat.Local.Height = flat.WGS84.Height = 5.0;
   flat.DropHeights ();
-  EXPECT_TRUE (flat.Grid.NullVertical ());
+  EXPECT_TRUE (flat.Grid.NullVertical () && flat.Local.NullVertical () &&
+               flat.UncalibratedLocal.NullVertical () && flat.WGS84.NullVertical ());
+
+  // Differences lead from a base as an observation does.
+  position off;
+  off.LoadFromGridDeltas ({3.0, 4.0, 2.0});
+  off.SearchData = &job;
+  off.NameOfBase = "base";
+  EXPECT_TRUE (off.GetGrid (*job.transform).IsCloseTo ({1003.0, 2004.0, 52.0}, 1e-9));
+  EXPECT_NEAR (off.GetPolar (*job.transform).HDist, 5.0, 1e-9);
+}
+
+// Computed once, moved as the neighbours ask and remembered with the item, with the word whether a
+// project height may stand in it; remembered grids are for the transform of the job alone.
+TEST (Position, RemembersTheGridOfAnObservationWithItsItem) {
+  const Hearing hearing;
+  SmallJob job;
+  job.shift = 0.5;
+  job.Add ("base").LoadFromGrid ({1000.0, 2000.0, 50.0});
+  const auto item = std::make_shared<SmallItem> ();
+  position shot = job.AddPolar ("shot", "base");
+  shot.LoadFromPolar ({0.0, 100.0, 5.0}, job.transform.get ());
+  shot.NameOfBase = "base";
+  shot.CogoSystem = gridSystem;
+  shot.SearchData = &job;
+  shot.Object = item;
+  for (const bool useProjectHeight : {false, true}) {
+    item->grid.SetNull ();
+    position p = shot;
+    p.UseProjectHeight = useProjectHeight;
+    EXPECT_EQ (p.GetGrid (*job.transform).North, 1100.5);
+    EXPECT_EQ (item->grid.North, 1100.5);
+    EXPECT_EQ (item->isTrue, !useProjectHeight);
+  }
+  item->grid.North = 7.0;
+  position again = shot, elsewhere = shot, linked = shot;
+  EXPECT_EQ (again.GetGrid (*job.transform).North, 7.0);
+  EXPECT_EQ (elsewhere.GetGrid (*CorrectionsAlone ()).North, 1100.5);
+  EXPECT_EQ (item->grid.North, 7.0);
+  item->isLinked = true;
+  EXPECT_EQ (linked.GetGrid (*CorrectionsAlone ()).North, 7.0);
 }
 
 TEST (Position, ReadsTheHeightOfAnAntenna) {
