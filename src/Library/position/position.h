@@ -201,6 +201,7 @@ class position {
   bool ForwardFromBase (position& base, const Transform& transform, position& target,
                         coord_Type wanted);
   bool ComputeGrid (const Transform& transform);
+  void AdjustToNeighbours (const Transform& transform);
   bool ComputeUncalibratedLocal (const Transform& transform);
   bool ComputeLocal (const Transform& transform);
   bool ComputeWGS84 (const Transform& transform);

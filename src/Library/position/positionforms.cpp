@@ -61,10 +61,33 @@ bool position::ComputeGrid (const Transform& transform) {
     transform.CogoGridToGrid (cogo, Grid);
   }
   if (Grid.IsNull ()) return false;
-  if (!HasStationSetup && SearchData) SearchData->AdjustToNeighbours (Grid);
+  AdjustToNeighbours (transform);
   Finish (POSITION_DoneGrid, true);
   StoreCachedGrid ();
   return true;
+}
+
+// The last step to the grid of what was measured; Local, where it came first, is no longer its
+// equal then.
+void position::AdjustToNeighbours (const Transform& transform) {
+  if (HasStationSetup || !SearchData || !transform.Corrections.NeighbourhoodAdjustment) return;
+  if (maths_IsNull (Grid.North) || maths_IsNull (Grid.East)) return;
+  switch (Original) {
+    case COORD_WGS84Type:
+    case COORD_ECEFType:
+    case COORD_ECEFGroundType:
+    case COORD_ECEFDeltasType:
+    case COORD_CircleType:
+    case COORD_MTAType:
+      break;
+    default:
+      return;
+  }
+  const coord_GridDeltas deltas = SearchData->NeighbourhoodAdjustment (*this, transform);
+  if (maths_IsNull (deltas.DeltaNorth) || maths_IsNull (deltas.DeltaEast)) return;
+  Grid.North += deltas.DeltaNorth;
+  Grid.East += deltas.DeltaEast;
+  Status &= ~static_cast<uint32_t> (POSITION_DoneLocal);
 }
 
 bool position::ComputeUncalibratedLocal (const Transform& transform) {

@@ -69,8 +69,12 @@ class position_Job {
   /// The azimuth from base to a backsight, radians; null when it cannot be found.
   virtual double BacksightAzimuth (position& base, const Transform& transform,
                                    const Str& backsightName) = 0;
-  /// Moves a computed grid by what the neighbouring points ask, where the job says so.
-  virtual void AdjustToNeighbours (coord_CorrectedGrid& grid) = 0;
+  /// What the residuals of the control around a computed grid move it by, in the axes of Grid: of
+  /// the calibration for a satellite form, of the station setup for a Circle or an MTA; weighted by
+  /// the power of the distance that the transform's corrections name. Null for too few control
+  /// points. The position decides whether it is asked, and takes the deltas to itself.
+  virtual coord_GridDeltas NeighbourhoodAdjustment (const position& point,
+                                                    const Transform& transform) = 0;
 };
 
 /// Keeps a name in the chain of the calling thread for as long as it lives, and takes it out on

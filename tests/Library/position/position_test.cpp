@@ -76,7 +76,8 @@ class SmallJob final : public position_Job {
   std::map<uint32_t, std::unique_ptr<dbRecord_Class>> records;
   StrArray chain;
   std::size_t deepest = 0;
-  double backsight = MATHS_Null, shift = 0.0;
+  double backsight = MATHS_Null;
+  coord_GridDeltas neighbours;
 
   position& Add (const char* name) {
     position& point = points[name];
@@ -136,7 +137,9 @@ class SmallJob final : public position_Job {
   }
   bool ReduceLaser (position&) override { return false; }
   double BacksightAzimuth (position&, const Transform&, const Str&) override { return backsight; }
-  void AdjustToNeighbours (coord_CorrectedGrid& grid) override { grid.North += shift; }
+  coord_GridDeltas NeighbourhoodAdjustment (const position&, const Transform&) override {
+    return neighbours;
+  }
 };
 
 TEST (Position, GivesWhatOneTransformAllowsAndNothingElse) {
@@ -324,10 +327,8 @@ TEST (Position, ReducesAnObservationFromItsBase) {
   position unknown = turned;
   turned.HasStationSetup = true;
   turned.StationSetup = {{0.0, 0.0, 7.0}, CONSTANT_PiOverTwo - 0.25};
-  job.shift = 9.0;  // neighbours do not move what is measured from there
   EXPECT_TRUE (turned.GetGrid (*job.transform).IsCloseTo ({0.0, 10.0, 8.0}, 1e-9));
   EXPECT_EQ (turned.Grid.Elevation, 8.0);
-  job.shift = 0.0;
   EXPECT_TRUE (unknown.GetGrid (*job.transform).IsNull ());
   EXPECT_TRUE (maths_IsNull (unknown.GetPolar (*job.transform).Azimuth));
   EXPECT_EQ (unknown.Polar.VDist, 1.0);
@@ -360,12 +361,57 @@ TEST (Position, ReducesAnObservationFromItsBase) {
   EXPECT_NEAR (off.GetPolar (*job.transform).HDist, 5.0, 1e-9);
 }
 
-// Computed once, moved as the neighbours ask and remembered with the item, with the word whether a
-// project height may stand in it; remembered grids are for the transform of the job alone.
+// What was measured takes up the residuals of the control around it, where the job asks for that;
+// what was computed or keyed in does not.
+TEST (Position, MovesByItsNeighbours) {
+  const Hearing hearing;
+  SmallJob job;
+  const auto zone = Zone33 ();
+  const coord_WGS84 vienna (48.2 * degree, 16.37 * degree, 210.0);
+  position measured, computed, from;
+  measured.LoadFromWGS84 (vienna);
+  measured.SearchData = &job;
+  from = measured;
+  const coord_CorrectedGrid grid = from.GetGrid (*zone);
+  const coord_Local local = from.GetLocal (*zone);
+  computed.LoadFromUncalibratedLocal (from.GetUncalibratedLocal (*zone));
+  computed.SearchData = &job;
+
+  position noSetup = measured, setup = measured, nowhere = measured;
+  setup.HasStationSetup = true;
+  nowhere.SearchData = nullptr;
+  const coord_GridDeltas moved (3.0, -2.0, MATHS_Null), none;
+  const struct {
+    const char* name;
+    const position& point;
+    coord_GridDeltas neighbours;
+    bool isAsked, isMoved;
+  } cases[] = {{"measured", noSetup, moved, true, true},
+               {"too few neighbours", noSetup, none, true, false},
+               {"not asked for", noSetup, moved, false, false},
+               {"set up by value", setup, moved, true, false},
+               {"computed", computed, moved, true, false},
+               {"without a job", nowhere, moved, true, false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE (c.name);
+    zone->Corrections.NeighbourhoodAdjustment = c.isAsked;
+    job.neighbours = c.neighbours;
+    position p = c.point;
+    p.SetTransform (*zone);
+    p.Local = local;  // as a distance on the local ellipsoid leaves it
+    p.Status |= POSITION_DoneLocal;
+    const double north = c.isMoved ? 3.0 : 0.0, east = c.isMoved ? -2.0 : 0.0;
+    EXPECT_TRUE (
+        p.GetGrid (*zone).IsCloseTo ({grid.North + north, grid.East + east, grid.Elevation}, 1e-6));
+    EXPECT_NEAR ((p.GetLocal (*zone).Latitude - local.Latitude) * 6.37e6, north, 0.1);
+  }
+}
+
+// Computed once and remembered with the item, with the word whether a project height may stand in
+// it; remembered grids are for the transform of the job alone.
 TEST (Position, RemembersTheGridOfAnObservationWithItsItem) {
   const Hearing hearing;
   SmallJob job;
-  job.shift = 0.5;
   job.Add ("base").LoadFromGrid ({1000.0, 2000.0, 50.0});
   const auto item = std::make_shared<SmallItem> ();
   position shot = job.AddPolar ("shot", "base");
@@ -378,14 +424,14 @@ TEST (Position, RemembersTheGridOfAnObservationWithItsItem) {
     item->grid.SetNull ();
     position p = shot;
     p.UseProjectHeight = useProjectHeight;
-    EXPECT_EQ (p.GetGrid (*job.transform).North, 1100.5);
-    EXPECT_EQ (item->grid.North, 1100.5);
+    EXPECT_EQ (p.GetGrid (*job.transform).North, 1100.0);
+    EXPECT_EQ (item->grid.North, 1100.0);
     EXPECT_EQ (item->isTrue, !useProjectHeight);
   }
   item->grid.North = 7.0;
   position again = shot, elsewhere = shot, linked = shot;
   EXPECT_EQ (again.GetGrid (*job.transform).North, 7.0);
-  EXPECT_EQ (elsewhere.GetGrid (*CorrectionsAlone ()).North, 1100.5);
+  EXPECT_EQ (elsewhere.GetGrid (*CorrectionsAlone ()).North, 1100.0);
   EXPECT_EQ (item->grid.North, 7.0);
   item->isLinked = true;
   EXPECT_EQ (linked.GetGrid (*CorrectionsAlone ()).North, 7.0);
