@@ -192,8 +192,11 @@ csib_Status datum_ReadGridPair (std::string_view path, std::string_view signatur
   if (!in.IsGood ()) return in.Status ();
   in.SetSwapped (one != 1);
   if (in.IsSwapped () && csib_Turned (one) != 1) return CSIB_WrongFormat;
-  const std::string_view found = in.Text ();
-  if (!in.IsGood () || found != signature) return CSIB_WrongFormat;
+  const std::span<const uint8_t> found = in.Take (signature.size () + 1);
+  if (!in.IsGood ()) return in.Status ();
+  if (found.back () != 0 ||
+      !std::equal (signature.begin (), signature.end (), found.begin (), found.end () - 1))
+    return CSIB_WrongFormat;
   grids.Count = 2;
   for (int i = 0; i < grids.Count; i++) grids.Offsets[i] = in.Number<uint32_t> ();
   return in.Status ();

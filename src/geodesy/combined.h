@@ -70,6 +70,7 @@ struct datum_CombinedGrids {
 /// CSIB_FileNotOpened, CSIB_HeaderUnreadable, CSIB_WrongFormat.
 csib_Status datum_ReadCDG (std::string_view path, datum_CombinedGrids& grids);
 /// The same for a file with the signature of a combined projection grid or projection shift grid.
+/// CSIB_HeaderUnreadable too where the signature is cut off, CSIB_WrongFormat where it is another.
 csib_Status datum_ReadGridPair (std::string_view path, std::string_view signature,
                                 datum_CombinedGrids& grids);
 

@@ -255,7 +255,12 @@ TEST_F (Gridded, AProjectionGridIsALookUpAndASearch) {
   const std::string shift = testing::GridPair (DATUM_ShiftSignature, flat, flat);
   EXPECT_EQ (Read (table, '\0' + Named ("a.pjg", pair)), CSIB_WrongFormat);  // spans nothing
   EXPECT_EQ (Read (table, '\0' + Named ("a.pjg", shift)), CSIB_WrongFormat);
-  EXPECT_EQ (Read (table, '\0' + Named ("a.pjg", pair.substr (0, 44))), CSIB_HeaderUnreadable);
+  for (std::size_t length = 0; length < 45; length++)
+    EXPECT_EQ (Read (table, '\0' + Named ("a.pjg", pair.substr (0, length))), CSIB_HeaderUnreadable)
+        << length;
+  std::string endless = pair;
+  endless[4 + 32] = 's';
+  EXPECT_EQ (Read (table, '\0' + Named ("a.pjg", endless)), CSIB_WrongFormat);
   EXPECT_EQ (Read (table, '\0' + Named ("a.pjg", std::string (90, '\1'))), CSIB_WrongFormat);
   EXPECT_EQ (Read (table, "\2"), CSIB_WrongFormat);
   EXPECT_EQ (Read (table, std::string ("\0x", 2)), CSIB_HeaderUnreadable);
