@@ -98,7 +98,9 @@ struct Forms {
 };
 
 struct CombinedFile {
-  using Data = csib_GridSet;
+  struct Data : csib_GridSet {
+    static constexpr bool IsByPath = true;
+  };
 
   static csib_Status Read (csib_Block&, csib_Bytes& in, Data& data) { return data.ReadCDG (in); }
   static csib_Status Write (const Data& data, csib_Writer& out, csib_StorageMode) {
@@ -114,12 +116,12 @@ struct CombinedFile {
 template <class Form>
 struct Datum : csib_GridComponent<&csib_Block::DatumData, Form> {
   static csib_Status Forward (csib_Block& block, const csib_Geodetic& point, csib_Geodetic& out) {
-    csib_GridSet* set = nullptr;
+    typename Form::Data* set = nullptr;
     const csib_Status status = Datum::Loaded (block, set);
     return status == CSIB_Ok ? Convert (*set, point, 1.0, out) : status;
   }
   static csib_Status Inverse (csib_Block& block, const csib_Geodetic& point, csib_Geodetic& out) {
-    csib_GridSet* set = nullptr;
+    typename Form::Data* set = nullptr;
     const csib_Status status = Datum::Loaded (block, set);
     return status == CSIB_Ok ? Convert (*set, point, -1.0, out) : status;
   }

@@ -23,6 +23,8 @@ struct csib_GridSet : csib_Data {
   /// The files that are open, or were before the unloading; one alone when it holds all grids.
   std::array<std::string, 3> Paths;
   bool IsCombined = false;  ///< the grids stand in one file, Paths[0]
+  /// Both storage modes write a path and nothing else: a released file is not missed.
+  static constexpr bool IsByPath = false;
   bool IsUnloaded = false;
   std::vector<uint8_t> Parameters;  ///< while unloaded, what reads the component again
 
@@ -107,12 +109,10 @@ struct csib_GridComponent {
   static csib_Status Write (const csib_Block& block, csib_Writer& out, csib_StorageMode mode) {
     const Data* const data = Of (block);
     if (data == nullptr) return CSIB_Unloaded;
-    if (data->IsUnloaded) {
-      if (mode != CSIB_ByName) return CSIB_Unloaded;
-      out.Bytes (data->Parameters);
-      return CSIB_Ok;
-    }
-    return Form::Write (*data, out, mode);
+    if (!data->IsUnloaded) return Form::Write (*data, out, mode);
+    if (!IsKept (mode)) return CSIB_Unloaded;
+    out.Bytes (data->Parameters);
+    return CSIB_Ok;
   }
 
   static csib_Status Size (const csib_Block& block, csib_StorageMode mode, std::size_t& size) {
@@ -120,7 +120,7 @@ struct csib_GridComponent {
     if (data == nullptr) return CSIB_Unloaded;
     if (!data->IsUnloaded) return Form::Size (*data, mode, size);
     size = data->Parameters.size ();
-    return mode == CSIB_ByName ? CSIB_Ok : CSIB_Unloaded;
+    return IsKept (mode) ? CSIB_Ok : CSIB_Unloaded;
   }
 
   static csib_Status Parameters (const csib_Block& block, std::vector<uint8_t>& out) {
@@ -132,6 +132,10 @@ struct csib_GridComponent {
   }
 
  private:
+  /// The parameters of released data are what that mode writes.
+  static constexpr bool IsKept (csib_StorageMode mode) noexcept {
+    return Data::IsByPath || mode == CSIB_ByName;
+  }
   static csib_Status Bytes (const Data& data, csib_StorageMode mode, std::vector<uint8_t>& out) {
     std::size_t size = 0;
     const csib_Status status = Form::Size (data, mode, size);
