@@ -18,8 +18,8 @@
 //
 // What is believed:
 // 1. The magic stands there.
-// 2. Rows as it stands is 0 to 10000, or the bytes are in the other order and it is so then; both
-//    counts are at least 1.
+// 2. Rows as it stands is 0 to 10000, or else the bytes are in the other order, unless that gives
+//    more rows still; both counts are at least 1, and their product fits a file.
 // 3. An element bit is set; the order is one that the method can use, within both counts.
 // 4. Bounds and spacings are finite, the spacing is positive, and bounds, spacing and count of an
 //    axis agree to within one spacing: a place between the bounds is then never far from a node,
@@ -40,12 +40,19 @@ namespace {
 
 constexpr char Magic[] = "QRV GRID FILE";
 constexpr int32_t LargestRows = 10000;
+constexpr int64_t LargestFile = 0xFFFFFFFF;
 constexpr std::size_t RowsPlace = 96;
 constexpr int32_t UsualWindow = 5;
 
 using Header = std::span<const uint8_t, DATUM_GridHeaderSize>;
 
-bool IsRows (int32_t rows) noexcept { return rows >= 0 && rows <= LargestRows; }
+// The count of rows, as it stands and turned, tells the order. Of two that are both too large the
+// smaller one is meant.
+bool IsSwapped (int32_t rows) noexcept {
+  const auto isRows = [] (int32_t count) { return count >= 0 && count <= LargestRows; };
+  const int32_t turned = csib_Turned (rows);
+  return !isRows (rows) && (isRows (turned) || rows < 0 || (turned > 0 && turned < rows));
+}
 
 bool IsAxis (double low, double high, double spacing, int32_t nodes) noexcept {
   if (!std::isfinite (low) || !std::isfinite (high) || !std::isfinite (spacing)) return false;
@@ -76,7 +83,7 @@ csib_Status TakeHeader (datum_Grid& grid, Header bytes) {
     return CSIB_WrongGridMagic;
 
   std::memcpy (&grid.Rows, bytes.data () + RowsPlace, sizeof grid.Rows);
-  grid.Swapped = !IsRows (grid.Rows);
+  grid.Swapped = IsSwapped (grid.Rows);
   in.SetSwapped (grid.Swapped);
   const std::span<const uint8_t> name = in.Take (32);
   grid.Name.assign (name.begin (), std::find (name.begin (), name.end (), uint8_t{0}));
@@ -98,7 +105,8 @@ csib_Status TakeHeader (datum_Grid& grid, Header bytes) {
   grid.ColumnsAscend = grid.Has (DATUM_ColumnMajor) ? outerAscends : innerAscends;
   grid.Wraps = !grid.Has (DATUM_NoWrapping);
 
-  if (!IsRows (grid.Rows) || grid.Rows < 1 || grid.Columns < 1 || grid.ElementSize == 0)
+  if (grid.Rows < 1 || grid.Columns < 1 || grid.ElementSize == 0 ||
+      int64_t{grid.Rows} * grid.Columns > LargestFile)
     return CSIB_WrongFormat;
   if (grid.Method == DATUM_Bilinear) grid.Order = 2;
   if (grid.Order > grid.Columns || grid.Order > grid.Rows) return CSIB_WindowTooLarge;

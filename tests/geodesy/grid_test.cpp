@@ -279,6 +279,16 @@ TEST_F (Grid, TakesTheSmallestGridAndTheLargestOrder) {
   small.method = 4;
   small.order = 3;
   EXPECT_EQ (Open (small.Bytes ()), CSIB_WindowTooLarge);
+  // The order of the bytes is told even where the rows are more than those that tell it.
+  GridFile tall;
+  tall.rows = 10001;
+  tall.element = 1;
+  tall.value = [] (int row, int) { return row - 5000; };
+  for (const bool bigEndian : {false, true}) {
+    tall.bigEndian = bigEndian;
+    ASSERT_EQ (Open (tall.Bytes ()), CSIB_Ok) << bigEndian;
+    EXPECT_EQ (At (9999.5, 0.5), 4999.5);
+  }
   GridFile large;
   large.rows = large.columns = DATUM_LargestOrder + 1;
   large.element = 1;
