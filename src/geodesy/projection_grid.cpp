@@ -113,6 +113,10 @@ csib_Status Forward (csib_Block& block, const csib_Geodetic& point, csib_Grid& o
     if (data->LookUp (n, e, latitude, longitude) != CSIB_Ok) break;
     const double dLatitude = point.Latitude - latitude;
     const double dLongitude = target - longitude;
+    if (std::abs (dLatitude) < Found && std::abs (dLongitude) < Found) {
+      best = {n, e, dLatitude, dLongitude};
+      break;
+    }
     const double size = std::abs (dLatitude) + std::abs (dLongitude);
     if (size < std::abs (best.latitude) + std::abs (best.longitude)) {
       best = {n, e, dLatitude, dLongitude};
@@ -120,7 +124,6 @@ csib_Status Forward (csib_Block& block, const csib_Geodetic& point, csib_Grid& o
     } else if (++fruitless == LargestFruitless) {
       break;
     }
-    if (std::abs (dLatitude) < Found && std::abs (dLongitude) < Found) break;
     n = std::clamp (n + Damping * dLatitude / data->latitudeSpan * northRange, norths.LatMin,
                     norths.LatMax);
     e = std::clamp (e + Damping * dLongitude / data->longitudeSpan * eastRange, easts.LonMin,
