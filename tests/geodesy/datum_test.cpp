@@ -197,6 +197,14 @@ TEST (Datum, ShiftsByThreeParameters) {
     EXPECT_LT (Apart (out, row.local), 1e-8);
   }
   csib_Geodetic out;
+  // Between WGS84 and itself the two flattenings are left: 0.045 mm times the squared sine.
+  block = Block (CSIB_WGS84MajorAxis, CSIB_WGS84MinorAxis, CSIB_Molodensky, {0.0, 0.0, 0.0});
+  for (const double latitude : {0.0, 45.0, -90.0}) {
+    const double sine = std::sin (latitude * degree);
+    const csib_Geodetic point = At (latitude, 15.0, 100.0);
+    ASSERT_EQ (block->Datum->inverse (*block, point, out), CSIB_Ok);
+    EXPECT_NEAR (out.EllipsoidalHeight - point.EllipsoidalHeight, -4.5e-5 * sine * sine, 2e-7);
+  }
   const csib_Geodetic nowhere = {
       std::numeric_limits<double>::quiet_NaN (), 0.0, 0.0, 0.0, true, false};
   EXPECT_EQ (block->Datum->inverse (*block, nowhere, out), CSIB_DidNotConverge);
