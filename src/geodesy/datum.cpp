@@ -372,8 +372,8 @@ csib_Status csib_InvertSevenParameters (const csib_SevenParameters& parameters,
   inverse.TY = row (turn[1]);
   inverse.TZ = row (turn[2]);
   // The arc sines answer for angles within a right angle; others would be silently another turn.
-  for (int i = 0; i < 3; i++) {
-    for (int j = 0; j < 3; j++) {
+  for (std::size_t i = 0; i < 3; i++) {
+    for (std::size_t j = 0; j < 3; j++) {
       const double product = turn[i][0] * M[0][j] + turn[i][1] * M[1][j] + turn[i][2] * M[2][j];
       if (!(std::fabs (product - (i == j ? 1.0 : 0.0)) < 1e-9)) return CSIB_Singular;
     }
