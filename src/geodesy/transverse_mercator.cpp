@@ -12,7 +12,23 @@ namespace clxml {
 // sine and cosine of the latitude instead of its tangent t (c2 t2 = s2), so that a pole is no
 // special case of the forward side.
 //   nu, rho   radii of curvature in the prime vertical and the meridian, metres
-//   psi       nu/rho = (1 - e2 s2)/(1 - e2)
+//   psi       nu/rho = v2/(1 - e2), v2 = 1 - e2 s2
+namespace {
+
+struct Terms {
+  double w, s, c, w2, s2, c2, v2, psi;
+};
+
+Terms TermsAt (const csib_TransverseMercator& tm, double latitude, double longitude) noexcept {
+  const double w = csib_WithinPi (longitude - tm.originLongitude);
+  const double s = std::sin (latitude);
+  const double c = std::cos (latitude);
+  const double v2 = 1.0 - tm.e2 * s * s;
+  return {w, s, c, w * w, s * s, c * c, v2, v2 / (1.0 - tm.e2)};
+}
+
+}  // namespace
+
 void csib_TransverseMercator::Set (double majorAxis, double minorAxis, double originLatitude,
                                    double longitude, double scale) noexcept {
   a = majorAxis;
@@ -25,15 +41,8 @@ void csib_TransverseMercator::Set (double majorAxis, double minorAxis, double or
 
 void csib_TransverseMercator::Forward (double latitude, double longitude, double& north,
                                        double& east) const noexcept {
-  const double w = csib_WithinPi (longitude - originLongitude);
-  const double s = std::sin (latitude);
-  const double c = std::cos (latitude);
-  const double s2 = s * s;
-  const double c2 = c * c;
-  const double w2 = w * w;
-  const double v2 = 1.0 - e2 * s2;
+  const auto [w, s, c, w2, s2, c2, v2, psi] = TermsAt (*this, latitude, longitude);
   const double nu = a / std::sqrt (v2);
-  const double psi = v2 / (1.0 - e2);
   const double n4 = c2 * (4.0 * psi + 1.0) * psi - s2;
   const double n6 =
       c2 * psi *
@@ -79,26 +88,14 @@ void csib_TransverseMercator::Inverse (double north, double east, double& latitu
 }
 
 double csib_TransverseMercator::Scale (double latitude, double longitude) const noexcept {
-  const double w = csib_WithinPi (longitude - originLongitude);
-  const double s = std::sin (latitude);
-  const double c = std::cos (latitude);
-  const double s2 = s * s;
-  const double c2 = c * c;
-  const double w2 = w * w;
-  const double psi = (1.0 - e2 * s2) / (1.0 - e2);
+  const auto [w, s, c, w2, s2, c2, v2, psi] = TermsAt (*this, latitude, longitude);
   const double k4 = psi * (psi * (4.0 * psi * (c2 - 6.0 * s2) + (c2 + 24.0 * s2)) - 4.0 * s2);
   const double k6 = c2 * (61.0 * c2 - 148.0 * s2) + 16.0 * s2 * s2;
   return k0 * (1.0 + c2 * w2 * (psi / 2 + w2 * (k4 / 24 + w2 * k6 / 720)));
 }
 
 double csib_TransverseMercator::Convergence (double latitude, double longitude) const noexcept {
-  const double w = csib_WithinPi (longitude - originLongitude);
-  const double s = std::sin (latitude);
-  const double c = std::cos (latitude);
-  const double s2 = s * s;
-  const double c2 = c * c;
-  const double w2 = w * w;
-  const double psi = (1.0 - e2 * s2) / (1.0 - e2);
+  const auto [w, s, c, w2, s2, c2, v2, psi] = TermsAt (*this, latitude, longitude);
   const double g3 = c2 * psi * (2.0 * psi - 1.0);
   const double g5 = c2 * psi *
                     (psi * (psi * (psi * (11.0 * c2 - 24.0 * s2) - (11.0 * c2 - 36.0 * s2)) +
