@@ -71,15 +71,16 @@ const std::vector<System>& Systems () {
        Parameters ({}, {29.5 * radian, 45.5 * radian}), 0.001,
        {{35, -75, 1535925.00498, 1885472.72581}, {25, -120, 526142.32469, -2426457.65732},
         {48, -96, 2778090.84563, 0.0}}},
-      {"Albers in the south", CSIB_Albers, GRS80, 0, 132, 0, 0, 1,
+      {"Albers in the south with a scale", CSIB_Albers, GRS80, 0, 132, 0, 0, 0.9998,
        Parameters ({}, {-18 * radian, -36 * radian}), 0.001,
-       {{-43, 147, -4773688.25618, 1259568.87176}, {-12, 114, -1404866.89258, -1992378.00225}}},
+       {{-43, 147, 0.9998 * -4773688.25618, 0.9998 * 1259568.87176},
+        {-12, 114, 0.9998 * -1404866.89258, 0.9998 * -1992378.00225}}},
       {"Albers with one parallel, over the date line", CSIB_Albers, International, 38, 178, 0,
        0, 1, Parameters ({}, {40 * radian, 40 * radian}), 0.001,
        {{42, -179, 448246.69111, 248672.20481}, {36, 170, -189238.09982, -722029.49790}}},
       {"Cassini, Palestine", CSIB_Cassini, {6378300.789, 293.4663155389811}, 31.73409694444445,
        35.21208055555556, 126867.909, 170251.555, 1, {}, 0.001,
-       {{33.2, 35.6, 289490.33968, 206423.30075}, {29.6, 34.95, -109687.73469, 144862.61370}}},
+       {{36.5, 37, 656994.31381, 330431.23779}, {29.6, 34.95, -109687.73469, 144862.61370}}},
       {"Cassini with a scale", CSIB_Cassini, Everest, 2, 103, 0, 0, 0.9998, {}, 0.001,
        {{1.5, 104.5, 0.9998 * -55226.32734, 0.9998 * 166900.44019}}},
       {"Cassini in Clarke's links, EPSG 9806", CSIB_Cassini, ClarkeLinks, Degrees (10, 26, 30),
@@ -116,6 +117,8 @@ const std::vector<System>& Systems () {
        {{53, 53, 5171848.07, 165704.29}}},
       {"Mercator over the date line", CSIB_Mercator, WGS84, -41, 100, 0, 0, 1, {}, 0.001,
        {{-60, 179, -6320521.10028, 6646679.62401}, {30, -100.5, 2631835.81972, 13419562.02569}}},
+      {"Mercator on a flat body", CSIB_Mercator, {6378137.0, 10.0}, -41, 100, 0, 0, 1, {}, 0.001,
+       {{-60, 179, -5746057.52131, 6926350.25947}}},
       {"New Zealand Map Grid", CSIB_NewZealand, International, 0, 0, 0, 0, 1, {}, 0.001,
        {{-34.444066, 172.739194, 6751049.75431, 2487100.66443},
         {-40.512409, 172.723106, 6077263.67024, 2486533.43428},
@@ -141,6 +144,9 @@ const std::vector<System>& Systems () {
       {"Hotine in the south, skew from the equator", CSIB_ObliqueMercator, International, -20,
        46, 0, 0, 0.9995, Parameters ({0, 0, 0}, {-65 * radian}), 0.001,
        {{-13, 49.5, -4530723.75859, 861944.64647}, {-25, 45, -4654348.71989, -545182.72984}}},
+      {"Hotine at right angle to the meridian", CSIB_ObliqueMercator, Bessel, 46.95240555555556,
+       7.439583333333333, 0, 0, 0.9995, Parameters ({0, 1, 1}, {90 * radian}), 0.001,
+       {{45.8, 10.5, -123388.71186, 237761.30210}, {47.8, 5.9, 95311.63482, -115268.90568}}},
       {"Hotine in the south, rectified", CSIB_ObliqueMercator, International, -20, 46, 0, 0,
        0.9995, Parameters ({0, 1, 1}, {25 * radian}), 0.001,
        {{-13, 49.5, 770776.15287, 380391.73995}, {-25, 45, -553759.98053, -101215.97399}}},
@@ -471,13 +477,13 @@ TEST_F (ProjectionRules, HoldTheDanishTablesToTheirAreas) {
 
 // Figures by cct of PROJ 9.1.1: topocentric coordinates about 40 N 105 W, 1500 m on GRS80.
 TEST_F (ProjectionRules, LayThePlaneOnItsOrigin) {
-  const double turn = 0.3;
+  const double turn = 0.3, k = 0.9996;
   const System plane{
-      "", CSIB_Plane, GRS80, 40, -105, 0, 0, 1, Parameters ({}, {turn, 1500.0, 1480.0}), 0, {}};
+      "", CSIB_Plane, GRS80, 40, -105, 0, 0, k, Parameters ({}, {turn, 1500.0, 1480.0}), 0, {}};
   Open (plane);
   EXPECT_EQ (csib_PlaneHeightDifference (block), 20.0);
-  const Point points[] = {{40.1, -104.9, 11110.95591, 8528.91416},
-                          {39.9, -105.2, -11086.78688, -17107.64080}};
+  const Point points[] = {{40.1, -104.9, k * 11110.95591, k * 8528.91416},
+                          {39.9, -105.2, k * -11086.78688, k * -17107.64080}};
   for (const Point& point : points) {
     csib_Geodetic geodetic = At (point.latitude * radian, point.longitude * radian);
     for (const double height : {0.0, 3000.0}) {
