@@ -67,8 +67,8 @@ bool position::ComputeGrid (const Transform& transform) {
   return true;
 }
 
-// The last step to the grid of what was measured; Local, where it came first, is no longer its
-// equal then.
+// The last step to the grid of what was measured: by satellites, where a calibration left its
+// residuals, or from a station. Local, where it came first, is no longer its equal then.
 void position::AdjustToNeighbours (const Transform& transform) {
   if (HasStationSetup || !SearchData || !transform.Corrections.NeighbourhoodAdjustment) return;
   if (maths_IsNull (Grid.North) || maths_IsNull (Grid.East)) return;
@@ -77,6 +77,8 @@ void position::AdjustToNeighbours (const Transform& transform) {
     case COORD_ECEFType:
     case COORD_ECEFGroundType:
     case COORD_ECEFDeltasType:
+      if (transform.Plane.PlaneType == COORDSYS_NoHorizontal) return;
+      break;
     case COORD_CircleType:
     case COORD_MTAType:
       break;

@@ -385,16 +385,18 @@ TEST (Position, MovesByItsNeighbours) {
     const char* name;
     const position& point;
     coord_GridDeltas neighbours;
-    bool isAsked, isMoved;
-  } cases[] = {{"measured", noSetup, moved, true, true},
-               {"too few neighbours", noSetup, none, true, false},
-               {"not asked for", noSetup, moved, false, false},
-               {"set up by value", setup, moved, true, false},
-               {"computed", computed, moved, true, false},
-               {"without a job", nowhere, moved, true, false}};
+    bool isAsked, isCalibrated, isMoved;
+  } cases[] = {{"measured", noSetup, moved, true, true, true},
+               {"too few neighbours", noSetup, none, true, true, false},
+               {"not asked for", noSetup, moved, false, true, false},
+               {"without a calibration", noSetup, moved, true, false, false},
+               {"set up by value", setup, moved, true, true, false},
+               {"computed", computed, moved, true, true, false},
+               {"without a job", nowhere, moved, true, true, false}};
   for (const auto& c : cases) {
     SCOPED_TRACE (c.name);
     zone->Corrections.NeighbourhoodAdjustment = c.isAsked;
+    zone->Plane.PlaneType = c.isCalibrated ? COORDSYS_ValidHorizontal : COORDSYS_NoHorizontal;
     job.neighbours = c.neighbours;
     position p = c.point;
     p.SetTransform (*zone);
