@@ -134,6 +134,22 @@ TEST_F (Grid, LooksEveryKindUpAsAnIndependentEvaluation) {
     }
 }
 
+// A bound may lie up to a spacing beyond the last node.
+TEST_F (Grid, GoesOnBehindTheLastNode) {
+  GridFile file = Hills ();
+  const double bound = file.LatMax () + 0.9 * file.latSpacing;
+  for (const auto& [method, order] :
+       {std::pair<uint8_t, uint16_t> (2, 2), {8, 3}, {4, 2}, {4, 5}}) {
+    file.method = method;
+    file.order = order;
+    std::string bytes = file.Bytes ();
+    std::memcpy (bytes.data () + 56, &bound, sizeof bound);
+    ASSERT_EQ (Open (bytes), CSIB_Ok);
+    const double latitude = file.LatMax () + 0.7 * file.latSpacing;
+    EXPECT_NEAR (At (latitude, 8.1), Expected (file, latitude, 8.1), 1e-12) << +method << order;
+  }
+}
+
 TEST_F (Grid, FindsTheBoundsAndTheTurn) {
   struct Case {
     const char* name;

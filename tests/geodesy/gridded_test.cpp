@@ -164,11 +164,15 @@ TEST_F (Gridded, CombinedDatumGridsAreReadByTheirFirstSet) {
   set.LonFilename = tooLong;
   EXPECT_FALSE (datum_WriteCDGHeader (out, "model", {set}));
   set.LonFilename = "";
+  set.SetType = 2;
+  set.HeightFilename = tooLong;
+  EXPECT_FALSE (datum_WriteCDGHeader (out, "model", {set}));
   set.SetType = 3;
   EXPECT_FALSE (datum_WriteCDGHeader (out, "model", {set}));
   EXPECT_FALSE (datum_WriteCDGHeader (out, tooLong, {datum_CDGSet ()}));
   EXPECT_EQ (hearing.TakeAssertions (),
              (std::vector<std::string>{"lonFilename.Length() < DATUM_CDGSourceFileSize",
+                                       "heightFilename.Length() < DATUM_CDGSourceFileSize",
                                        "(header->SetType == 1u) || (header->SetType == 2u)",
                                        "modelName.Length() < DATUM_CDGModelSize"}));
   EXPECT_EQ (out.Length (), 0);
