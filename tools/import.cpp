@@ -1,6 +1,6 @@
-// clxml import: an exchange file becomes a job.
-// One import through the exported functions, into JOB.part, which takes its name at the end. Leans
-// on clxmli.h, CLI11 and hostfile.
+// clxml import: an exchange file becomes a job, or many become one each.
+// Each import runs through the exported functions, into JOB.part, which takes its name at the end.
+// Leans on clxmli.h, CLI11 and hostfile.
 #include <clxmli.h>
 #include <unistd.h>
 
@@ -9,6 +9,8 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
+#include <map>
 #include <memory>
 #include <new>
 #include <string>
@@ -28,6 +30,14 @@ namespace {
 struct ImportOptions {
   std::string exchange;
   std::string job;
+  bool quiet = false;
+  bool force = false;
+};
+
+// As the command line gives them.
+struct ImportArguments {
+  std::vector<std::string> paths;  // EXCHANGE JOB, or EXCHANGE... with a folder
+  std::string into;
   bool quiet = false;
   bool force = false;
 };
@@ -200,7 +210,8 @@ void TakeName (const ImportOptions& options, Running& run, const std::string& re
          " was not brought to the medium: " + host_Reason (failed));
 }
 
-int RunImport (const ImportOptions& options, Ear& ear) {
+// Answers the road files that stand beside the job; refuses when there is no job.
+std::vector<std::string> ImportOne (const ImportOptions& options, Ear& ear) {
   Running run{options.job + ".part", {}, ProgressBar (!options.quiet)};
   const std::string exchange = DevicePath (options.exchange, IMPORT_BadInput);
   const std::string part = DevicePath (run.part, IMPORT_CannotCreateJob);
@@ -240,10 +251,7 @@ int RunImport (const ImportOptions& options, Ear& ear) {
     extras = FetchExtraOutputs (notWritten);
     if (result == IMPORT_Ok) TakeName (options, run, Remaining (extras));
   }
-  if (result == IMPORT_Ok) {
-    for (const std::string& name : extras) Print (name + "\n");
-    return IMPORT_Ok;
-  }
+  if (result == IMPORT_Ok) return extras;
   if (run.isTaken) throw Refusal{IMPORT_CannotCreateJob, "another import is writing " + run.part};
   std::string message;
   switch (result) {
@@ -263,23 +271,90 @@ int RunImport (const ImportOptions& options, Ear& ear) {
   throw Refusal{static_cast<int> (result), message + Remaining (extras)};
 }
 
+std::vector<ImportOptions> OneEach (const ImportArguments& arguments) {
+  std::error_code ignored;
+  if (!std::filesystem::is_directory (arguments.into, ignored))
+    throw Refusal{IMPORT_CannotCreateJob, arguments.into + " is no folder"};
+  std::vector<ImportOptions> imports;
+  std::map<std::string, std::string> takenBy;
+  for (const std::string& exchange : arguments.paths) {
+    const std::filesystem::path name = std::filesystem::path (exchange).stem ();
+    const std::string job = (arguments.into / name).string () + ".job";
+    const auto [other, isFree] = takenBy.try_emplace (job, exchange);
+    if (!isFree)
+      throw Refusal{STATUS_Usage, other->second + " and " + exchange + " would both become " + job};
+    imports.push_back ({exchange, job, arguments.quiet, arguments.force});
+  }
+  return imports;
+}
+
+// One that fails does not keep the others from their jobs. The first status other than 0 stays.
+int ImportMany (const std::vector<ImportOptions>& imports, Ear& ear) {
+  int status = IMPORT_Ok;
+  std::size_t done = 0;
+  std::map<std::string, std::string> roadOf;
+  for (const ImportOptions& options : imports) {
+    try {
+      for (const std::string& road : ImportOne (options, ear)) {
+        Print (road + "\n");
+        const auto [other, isNew] = roadOf.try_emplace (road, options.job);
+        if (isNew) continue;
+        Say ("warning: " + road + " of " + other->second + " was replaced by that of " +
+             options.job);
+        other->second = options.job;
+      }
+      done++;
+    } catch (const Refusal& refusal) {
+      if (refusal.status == STATUS_Output) throw;
+      Say ("error: " + refusal.message);
+      if (status == IMPORT_Ok || refusal.status == IMPORT_Cancelled) status = refusal.status;
+      if (refusal.status == IMPORT_Cancelled) break;
+    }
+  }
+  if (status != IMPORT_Ok || !imports.front ().quiet)
+    Say (std::to_string (done) + " of " + std::to_string (imports.size ()) +
+         " exchange files imported");
+  return status;
+}
+
+int RunImport (const ImportArguments& arguments, Ear& ear) {
+  if (!arguments.into.empty ()) return ImportMany (OneEach (arguments), ear);
+  if (arguments.paths.size () != 2)
+    throw Refusal{STATUS_Usage,
+                  "import takes an exchange file and a job file; several exchange files with "
+                  "--into FOLDER"};
+  const auto roads =
+      ImportOne ({arguments.paths[0], arguments.paths[1], arguments.quiet, arguments.force}, ear);
+  for (const std::string& road : roads) Print (road + "\n");
+  return IMPORT_Ok;
+}
+
 }  // namespace
 
 void AddImport (CLI::App& app, Session& session) {
-  const auto options = std::make_shared<ImportOptions> ();
-  CLI::App* command = app.add_subcommand ("import", "Make a job file from an exchange file");
-  command->add_option ("EXCHANGE", options->exchange, "The exchange file (XML) of the old job")
-      ->required ();
-  command->add_option ("JOB", options->job, "The job file to make")->required ();
+  const auto options = std::make_shared<ImportArguments> ();
+  CLI::App* command =
+      app.add_subcommand ("import", "Make a job file from an exchange file, or one from each");
+  command
+      ->add_option ("EXCHANGE", options->paths,
+                    "Exchange file (XML) and job to make; with --into exchange files alone")
+      ->required ()
+      ->option_text (" ");
+  command
+      ->add_option ("--into", options->into,
+                    "Import each EXCHANGE to FOLDER, as a job of its own name")
+      ->option_text ("FOLDER");
   command->add_flag ("-q,--quiet", options->quiet, "No progress bar");
   command->add_flag ("-f,--force", options->force,
-                     "Replace JOB if it exists, at the end of a whole import");
+                     "Replace a job that exists, at the end of a whole import");
   command->footer (
       "The job is written to JOB.part and takes its name at the end. Files that were written\n"
-      "beside the job are listed on standard output, one a line.\n"
+      "beside the job are listed on standard output, one a line. Of several exchange files one\n"
+      "that fails is told, and the others are imported all the same; Ctrl-C ends them all.\n"
       "Exit status: 0 done, 1 cancelled (Ctrl-C), 2 the import failed, 4 no usable exchange file,\n"
-      "5 the job cannot be made.\n"
-      "Example: clxml import examples/boundary_1140.xml lot7.job");
+      "5 the job cannot be made; of several files the status of the first that failed.\n"
+      "Example: clxml import examples/boundary_1140.xml lot7.job\n"
+      "         clxml import --into jobs old/*.xml");
   command->callback ([&session, options] {
     session.run = [&session, options] { return RunImport (*options, session.ear); };
   });

@@ -50,6 +50,42 @@ load helpers
   gone bad.job bad.job.part
 }
 
+@test "of several exchange files each becomes a job, past those that fail" {
+  mkdir jobs
+  cp "$LOT" lot7.xml
+  echo 'no XML' >text.xml
+  exchange bad.xml 1140 <<<'<DATABASE_NoteRecord rec="db_Wrong" ID="0x1"/>'
+  road='<DATABASE_RoadHeaderRecord ID="0x2"><Deleted>false</Deleted><RoadName>A</RoadName></DATABASE_RoadHeaderRecord>'
+  for name in one.v2 two; do exchange $name.xml 1140 <<<"$road"; done
+  clxml import --into jobs lot7.xml text.xml bad.xml one.v2.xml two.xml
+  says 4
+  is "$(cd jobs; echo *)" "A(TEST).rxl lot7.job one.v2.job two.job"
+  is "$out" $'jobs/A(TEST).rxl\njobs/A(TEST).rxl'
+  holds "$err" "error: text.xml does not exist"
+  holds "$err" "db_Wrong"
+  holds "$err" "warning: jobs/A(TEST).rxl of jobs/one.v2.job was replaced by that of jobs/two.job"
+  holds "$err" "3 of 5 exchange files imported"
+  clxml info jobs/lot7.job
+  says 0
+
+  clxml import --into jobs lot7.xml two.xml
+  says 5
+  holds "$err" "0 of 2"
+  clxml import --force --quiet --into jobs/ lot7.xml
+  says 0
+  is "$err" ""
+  mkdir other
+  cp lot7.xml other
+  clxml import --force --into jobs lot7.xml other/lot7.xml
+  says 64
+  holds "$err" "lot7.xml and other/lot7.xml would both become jobs/lot7.job"
+  clxml import --into none lot7.xml
+  says 5
+  clxml import lot7.xml two.xml three.xml
+  says 64
+  holds "$err" "--into"
+}
+
 @test "what is no exchange file is status 4" {
   echo 'no XML' >text.xml
   mkdir folder.xml
