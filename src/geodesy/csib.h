@@ -304,7 +304,9 @@ csib_Status csib_Size (const csib_Block& block, csib_StorageMode mode, std::size
 csib_Status csib_Write (const csib_Block& block, std::span<uint8_t> bytes, csib_StorageMode mode);
 /// Frees all that the block owns and closes its grids; an empty one is accepted.
 void csib_Free (std::unique_ptr<csib_Block>& block) noexcept;
-/// A block of its own with the same parts, by way of the bytes (mode by name).
+/// A block of its own with the same parts, by way of the bytes. Grids go by name, also those that
+/// are embedded in the source: the clone opens the files of these names, and CSIB_FileNotOpened
+/// says that one is not there, CSIB_NameMissing that a grid has no name.
 csib_Status csib_Clone (std::unique_ptr<csib_Block>& block, const csib_Block& source);
 
 // Replace one component of a live block from its parameter bytes. Without bytes (a null data

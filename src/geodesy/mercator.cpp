@@ -21,6 +21,8 @@ struct Mercator {
     isometric.Set (frame.a, frame.b);
     a = frame.a;
     lambda0 = frame.longitude;
+    // The parallel of true scale is no pole, where it has no length.
+    if (std::abs (frame.latitude) > std::numbers::pi / 2.0 - 1e-9) in.Fail (CSIB_WrongFormat);
     K = a * frame.scale * isometric.M (frame.latitude);
     return in.Status ();
   }

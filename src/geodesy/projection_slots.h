@@ -14,8 +14,8 @@
 
 namespace clxml {
 
-/// What every projection takes from its block, with NaN in place of what is null, so that nothing
-/// computed from it passes for a number.
+/// What every projection takes from its block, with NaN in place of what is null and of a scale of
+/// 0, so that nothing computed from it passes for a number.
 struct csib_ProjectionFrame {
   static double NaNUnlessKnown (double value) noexcept {
     return csib_IsKnown (value) ? value : std::numeric_limits<double>::quiet_NaN ();
@@ -25,7 +25,8 @@ struct csib_ProjectionFrame {
         b (NaNUnlessKnown (block.MinorAxis)),
         latitude (NaNUnlessKnown (block.OriginLatitude)),
         longitude (NaNUnlessKnown (block.OriginLongitude)),
-        scale (NaNUnlessKnown (block.ProjectionScale)) {}
+        scale (block.ProjectionScale == 0.0 ? std::numeric_limits<double>::quiet_NaN ()
+                                            : NaNUnlessKnown (block.ProjectionScale)) {}
 
   double a, b;                 ///< semi-axes, metres
   double latitude, longitude;  ///< of the origin, radians

@@ -403,12 +403,22 @@ TEST_F (CsibFiles, GoAndComeWhileTheBlockLives) {
   EXPECT_EQ (csib_Separation (*block, point, N), CSIB_Ok);
   EXPECT_EQ (N, 46.0);
 
+  // A clone goes by names, also of what is embedded.
+  std::size_t size = 0;
+  ASSERT_EQ (csib_Size (*block, CSIB_Embedded, &size), CSIB_Ok);
+  Bytes embedded (size);
+  ASSERT_EQ (csib_Write (*block, embedded, CSIB_Embedded), CSIB_Ok);
+  ASSERT_EQ (Read (block, embedded), CSIB_Ok);
   ASSERT_EQ (csib_Clone (clone, *block), CSIB_Ok);
+  EXPECT_EQ (block->StorageMode, CSIB_Embedded);
+  EXPECT_EQ (clone->StorageMode, CSIB_ByName);
   EXPECT_EQ (csib_Separation (*clone, point, N), CSIB_Ok);
-  const Bytes byName = Written (*block);
-  csib_Free (block);
+  EXPECT_EQ (N, 46.0);
   csib_Free (clone);
+  const Bytes byName = Written (*block);
   std::filesystem::remove (folder.Host ("uk.ggf"));
+  EXPECT_EQ (csib_Clone (clone, *block), CSIB_FileNotOpened);
+  EXPECT_EQ (csib_Separation (*block, point, N), CSIB_Ok);
   EXPECT_EQ (Read (block, byName), CSIB_FileNotOpened);
 }
 

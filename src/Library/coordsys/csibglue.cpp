@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "geodesy/datum.h"
+#include "geodesy/grid.h"
 #include "geodesy/gridded.h"
 #include "platform/filesys.h"
 
@@ -86,7 +87,7 @@ class Assembly {
         !SetPlane (axes.ToCogo (plane)))
       return false;
     if (!Parse ()) return false;
-    if (Has (COORDSYS_SetProjection)) SetGroundScale (projection.GroundScale);
+    if (Has (COORDSYS_SetProjection) && !SetGroundScale (projection.GroundScale)) return false;
     return _block->HasProjectLocation == 0 || MoveAdjustments (axes, plane, height);
   }
 
@@ -98,7 +99,9 @@ class Assembly {
     _error = error;
     return false;
   }
+  // Of a step without a file, where a wrong format is a number that cannot be.
   bool Succeeds (csib_Status status) {
+    if (status == CSIB_WrongFormat) return Fail (COORDSYS_InternalError);
     return status == CSIB_Ok || Fail (coordsys_ErrorOf (status));
   }
 
@@ -245,9 +248,13 @@ class Assembly {
     }
     if (!isThere) return true;
     const csib_Status status = csib_SetProjection (*_block, CSIB_UKNationalGrid, paths);
-    if (status != CSIB_Ok)
-      for (const Str& name : names) Log (name, "pgf", "cannot be used");
-    return Succeeds (status);
+    if (status == CSIB_Ok) return true;
+    for (const Str& name : names) {
+      std::unique_ptr<datum_Grid> grid;
+      if (datum_GridOpen (grid, Find (name, "pgf").View (), 0) != CSIB_Ok)
+        Log (name, "pgf", "cannot be used");
+    }
+    return Fail (coordsys_ErrorOf (status));
   }
 
   bool SetProjectionGrid (const coordsys_Projection& projection) {
@@ -408,7 +415,7 @@ class Assembly {
     return Succeeds (csib_Read (_block, bytes));
   }
 
-  void SetGroundScale (const coordsys_GroundScale& scale) {
+  bool SetGroundScale (const coordsys_GroundScale& scale) {
     const coord_Local& location = scale.ProjectLocation;
     if (!maths_IsNull (location.Latitude) && !maths_IsNull (location.Longitude)) {
       _block->HasProjectLocation = 1;
@@ -418,6 +425,10 @@ class Assembly {
     const bool isScaled = !maths_IsNull (scale.Factor) && scale.Factor != 0.0;
     _block->GroundScale = isScaled ? scale.Factor : 1.0;
     _block->GroundOffsetNorth = _block->GroundOffsetEast = 0.0;
+    const bool isKnown = csib_IsKnown (_block->GroundScale) &&
+                         csib_IsKnown (_block->ProjectLatitude) &&
+                         csib_IsKnown (_block->ProjectLongitude);
+    return isKnown || Fail (COORDSYS_InternalError);
   }
 
   // The adjustments again, now that the block knows its ground deltas.

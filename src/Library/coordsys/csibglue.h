@@ -21,8 +21,9 @@ namespace clxml {
 /// where FindSupportFile finds one. A name that is empty or holds a separator or a colon names no
 /// file. Each file that is missing or refused is named in a log line, unless `isQuiet`.
 ///
-/// An adjustment without all of its numbers is refused as COORDSYS_InternalError; a Danish
-/// projection without an area asserts "projection.Area != COORDSYS_AreaNone" before that.
+/// A number that is missing or cannot be (no ellipsoid, no finite value, a factor of 0 where one is
+/// divided by) is refused as COORDSYS_InternalError; a Danish projection without an area asserts
+/// "projection.Area != COORDSYS_AreaNone" before that.
 bool csib_FromParts (std::unique_ptr<csib_Block>& block, uint16_t components,
                      const coordsys_Ellipsoid& ellipsoid, const coordsys_Projection& projection,
                      const coordsys_Datum& datum, const coordsys_Plane& plane,

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cmath>
 #include <new>
+#include <utility>
 
 #include "Library/coordsys/csibglue.h"
 #include "geodesy/projections.h"
@@ -127,19 +128,26 @@ Transform::Transform (const Transform& other, CopyParts)
 Transform::~Transform () = default;
 
 std::unique_ptr<Transform> Transform::Clone () const {
-  std::unique_ptr<Transform> clone (new Transform (*this, CopyParts ()));
-  if (_block && csib_Clone (clone->_block, *_block) != CSIB_Ok) {
-    Assert (false, "false");
-    return nullptr;
+  try {
+    std::unique_ptr<Transform> clone (new Transform (*this, CopyParts ()));
+    if (!_block || csib_Clone (clone->_block, *_block) == CSIB_Ok) return clone;
+  } catch (const std::bad_alloc&) {
   }
-  return clone;
+  Assert (false, "false");
+  return nullptr;
 }
 
 std::unique_ptr<Transform> Transform::CloneAndChange (
     uint16_t mask, const coordsys_Ellipsoid* ellipsoid, const coordsys_Projection* projection,
     const coordsys_Datum* datum, const coordsys_Plane* plane, const coordsys_Height* height,
     const coordsys_Corrections* corrections, uint32_t options, coordsys_Error* error) const {
-  std::unique_ptr<Transform> clone (new Transform (*this, CopyParts ()));
+  std::unique_ptr<Transform> clone;
+  try {
+    clone.reset (new Transform (*this, CopyParts ()));
+  } catch (const std::bad_alloc&) {
+    *error = COORDSYS_OutOfMemory;
+    return nullptr;
+  }
   if (!clone->Set (mask, ellipsoid, projection, datum, plane, height, corrections, options, error))
     return nullptr;
   return clone;
@@ -149,7 +157,11 @@ std::unique_ptr<Transform> Transform_Create (
     uint16_t mask, const coordsys_Ellipsoid* ellipsoid, const coordsys_Projection* projection,
     const coordsys_Datum* datum, const coordsys_Plane* plane, const coordsys_Height* height,
     const coordsys_Corrections* corrections, uint32_t options, coordsys_Error* error) {
-  auto transform = std::make_unique<Transform> ();
+  std::unique_ptr<Transform> transform (new (std::nothrow) Transform ());
+  if (!transform) {
+    *error = COORDSYS_OutOfMemory;
+    return nullptr;
+  }
   if (!transform->Set (mask, ellipsoid, projection, datum, plane, height, corrections, options,
                        error))
     return nullptr;
@@ -166,25 +178,36 @@ bool Transform::Set (uint16_t mask, const coordsys_Ellipsoid* ellipsoid,
   csib_Free (_block);
   Options = options;
   bool isComplete = true;
-  const auto take = [&] (coordsys_Components bit, const auto* part, auto& target,
-                         const char* condition) {
-    if ((mask & bit) == 0) return;
-    if (Assert (part != nullptr, condition))
-      target = *part;
-    else
-      isComplete = false;
+  const auto has = [&] (coordsys_Components bit, const void* part, const char* condition) {
+    if ((mask & bit) != 0 && !Assert (part != nullptr, condition)) isComplete = false;
   };
-  take (COORDSYS_SetEllipsoid, ellipsoid, Ellipsoid, "ellipsoid != NULL");
-  take (COORDSYS_SetCorrections, corrections, Corrections, "corrections != NULL");
-  take (COORDSYS_SetDatum, datum, Datum, "datum != NULL");
-  take (COORDSYS_SetVertAdjustment, height, Height, "height != NULL");
-  take (COORDSYS_SetHorzAdjustment, plane, Plane, "plane != NULL");
-  take (COORDSYS_SetProjection, projection, Projection, "projection != NULL");
+  has (COORDSYS_SetEllipsoid, ellipsoid, "ellipsoid != NULL");
+  has (COORDSYS_SetCorrections, corrections, "corrections != NULL");
+  has (COORDSYS_SetDatum, datum, "datum != NULL");
+  has (COORDSYS_SetVertAdjustment, height, "height != NULL");
+  has (COORDSYS_SetHorzAdjustment, plane, "plane != NULL");
+  has (COORDSYS_SetProjection, projection, "projection != NULL");
   if (!isComplete) {
     *error = COORDSYS_InternalError;
     return false;
   }
+  try {
+    // What needs memory is copied before anything is taken.
+    coordsys_Datum newDatum = (mask & COORDSYS_SetDatum) != 0 ? *datum : Datum;
+    coordsys_Height newHeight = (mask & COORDSYS_SetVertAdjustment) != 0 ? *height : Height;
+    coordsys_Projection newProjection =
+        (mask & COORDSYS_SetProjection) != 0 ? *projection : Projection;
+    Datum = std::move (newDatum);
+    Height = std::move (newHeight);
+    Projection = std::move (newProjection);
+  } catch (const std::bad_alloc&) {
+    *error = COORDSYS_OutOfMemory;
+    return false;
+  }
+  if ((mask & COORDSYS_SetEllipsoid) != 0) Ellipsoid = *ellipsoid;
+  if ((mask & COORDSYS_SetHorzAdjustment) != 0) Plane = *plane;
   if ((mask & COORDSYS_SetCorrections) != 0) {
+    Corrections = *corrections;
     NorthAzimuth = Corrections.SouthAzimuth ? CONSTANT_Pi : 0.0;
     GridOrientationCopy = Corrections.GridOrientation;
   }
@@ -204,8 +227,7 @@ void Transform::ComputeGroundScale () {
   const coord_Local& location = scale.ProjectLocation;
   const bool isLocated = IsNumber (location.Latitude) && IsNumber (location.Longitude);
   const bool isCalculated = scale.Type == COORDSYS_CalculatedGroundScaleFactor;
-  if (!isLocated) {
-    if (isCalculated) scale.Factor = MATHS_Null;
+  if (!isLocated && !isCalculated) {
     scale.NorthingDelta = scale.EastingDelta = 0.0;
     return;
   }
@@ -216,7 +238,8 @@ void Transform::ComputeGroundScale () {
     return;
   if (isCalculated) {
     block->GroundScale = 1.0;
-    scale.Factor = maths_IsNull (location.Height) ? MATHS_Null : GroundScaleIn (*block, location);
+    scale.Factor = isLocated && !maths_IsNull (location.Height) ? GroundScaleIn (*block, location)
+                                                                : MATHS_Null;
     if (!maths_IsNull (scale.Factor)) block->GroundScale = scale.Factor;
   }
   csib_GroundDeltas (*block, scale.NorthingDelta, scale.EastingDelta);
@@ -302,12 +325,18 @@ coordsys_Axes Transform::Axes () const noexcept {
 
 void Transform::CogoGridToGrid (const coord_CogoGrid& source,
                                 coord_CorrectedGrid& destination) const {
-  Axes ().ToGrid (source, destination);
+  if (_block)
+    Axes ().ToGrid (source, destination);
+  else
+    destination = coord_CorrectedGrid ();
 }
 
 void Transform::GridToCogoGrid (const coord_CorrectedGrid& source,
                                 coord_CogoGrid& destination) const {
-  Axes ().ToCogo (source, destination);
+  if (_block)
+    Axes ().ToCogo (source, destination);
+  else
+    destination = coord_CogoGrid ();
 }
 
 // ---------------------------------------------------------------------------------------------

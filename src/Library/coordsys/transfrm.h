@@ -55,7 +55,8 @@ class Transform {
   /// Assembles: takes the parts of the mask (coordsys_Components; COORDSYS_SetScaleOnly has none),
   /// keeps those set before, computes the ground scale, builds the block and takes a new identity.
   /// A bit without its pointer asserts ("ellipsoid != NULL" and so on) and fails with
-  /// COORDSYS_InternalError. Options are a mask of coordsys_Options. False, with the error, when
+  /// COORDSYS_InternalError before any part is taken; so does memory that is not there, with
+  /// COORDSYS_OutOfMemory. Options are a mask of coordsys_Options. False, with the error, when
   /// there is no block: nothing converts then. True with COORDSYS_FileMissingTolerated when a
   /// component was dropped for want of its file.
   bool Set (uint16_t mask, const coordsys_Ellipsoid* ellipsoid,
@@ -80,7 +81,6 @@ class Transform {
   void CogoGridToLocal (const coord_CogoGrid& source, coord_Local& destination) const;
   void CogoGridToUncalibratedLocal (const coord_CogoGrid& source, coord_Local& destination) const;
   /// Reflection by the grid orientation about the false origin, and the ground scale's offsets.
-  /// Needs no assembly.
   void CogoGridToGrid (const coord_CogoGrid& source, coord_CorrectedGrid& destination) const;
   void GridToCogoGrid (const coord_CorrectedGrid& source, coord_CogoGrid& destination) const;
 

@@ -174,8 +174,12 @@ TEST_F (Glue, RefusesAFileThatIsNoGrid) {
   EXPECT_EQ (hearing.TakeLog ().size (), 1u);
   // A national grid that is there and wrong is no missing one.
   uk.options = COORDSYS_TolerateMissingFiles;
+  Put ("good.pgf", Constant (10, true));
+  uk.projection.UKNorthGridFile = "good";
   EXPECT_FALSE (uk.Make ());
   EXPECT_EQ (uk.error, COORDSYS_FileError);
+  EXPECT_EQ (hearing.TakeLog (),
+             (std::vector<std::string>{"Coordinate system file \"bad.pgf\" cannot be used"}));
 }
 
 TEST_F (Glue, NamesTheFileThatItMisses) {

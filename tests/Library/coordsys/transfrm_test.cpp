@@ -207,11 +207,11 @@ TEST (Transform, ConvertsNothingWithoutItsParts) {
     EXPECT_TRUE (local.IsNull ());
     transform->GeoidSeparation (coord_WGS84 (0.5, 0.25, 9), separation);
     EXPECT_TRUE (maths_IsNull (separation));
-    coord_CorrectedGrid shown;
-    if (transform != failed.get ()) {
-      transform->CogoGridToGrid (coord_CogoGrid (1, 2, 3), shown);
-      EXPECT_EQ (shown, coord_CorrectedGrid (1, 2, 3));
-    }
+    coord_CorrectedGrid shown (7, 8, 9);
+    transform->CogoGridToGrid (coord_CogoGrid (1, 2, 3), shown);
+    EXPECT_EQ (shown, copies ? coord_CorrectedGrid (1, 2, 3) : coord_CorrectedGrid ());
+    transform->GridToCogoGrid (coord_CorrectedGrid (1, 2, 3), grid);
+    EXPECT_EQ (grid.Elevation, copies ? 3 : null);
   }
   // What is absent or no number goes through no stage.
   const auto whole = GaussKrueger ().Make ();
@@ -234,6 +234,56 @@ TEST (Transform, ConvertsNothingWithoutItsParts) {
   abridged->WGS84ToLocal (coord_WGS84 (0.8, 0.2, null), local);
   EXPECT_FALSE (local.NullHorizontal ());
   EXPECT_TRUE (local.NullVertical ());
+}
+
+TEST (Transform, RefusesNumbersThatCannotBe) {
+  const Hearing hearing;
+  constexpr double inf = std::numeric_limits<double>::infinity ();
+  const struct {
+    const char* name;
+    void (*spoil) (System&);
+  } cases[] = {
+      {"no ellipsoid", [] (System& s) { s.ellipsoid = coordsys_Ellipsoid (); }},
+      {"axis", [] (System& s) { s.ellipsoid = coordsys_Ellipsoid (inf, 0.003); }},
+      {"flattening", [] (System& s) { s.ellipsoid = coordsys_Ellipsoid (6378137, 1.5); }},
+      {"translation", [] (System& s) { s.datum.TranslationX = inf; }},
+      {"rotation", [] (System& s) { s.datum.RotationZ = null; }},
+      {"datum scale", [] (System& s) { s.datum.Scale = 0; }},
+      {"three parameters", [] (System& s) { s.Translated (1, 2, -inf); }},
+      {"origin", [] (System& s) { s.projection.OriginLocal.Longitude = inf; }},
+      {"false origin", [] (System& s) { s.projection.OriginGrid.North = -inf; }},
+      {"Mercator of a pole", [] (System& s) { s.Projected (COORDSYS_Mercator, 90, 0, 0, 0); }},
+      {"plane", [] (System& s) { s.plane.TranslationEast = inf; }},
+      {"plane scale", [] (System& s) { s.plane.ScaleFactor = 0; }},
+      {"slope", [] (System& s) { s.height.EastAdjustment = inf; }},
+      {"ground scale",
+       [] (System& s) {
+         s.Grounded (COORDSYS_KeyedInGroundScaleFactor, inf, coord_Local (0.8, 0.2, 0));
+       }},
+  };
+  for (const auto& c : cases) {
+    System system = GaussKrueger ().Calibrated (0, 0);
+    ASSERT_TRUE (system.Make ()) << c.name;
+    c.spoil (system);
+    EXPECT_FALSE (system.Make ()) << c.name;
+    EXPECT_EQ (system.error, COORDSYS_InternalError) << c.name;
+  }
+  // A scale of 0 leaves nothing to convert.
+  for (const coordsys_ProjectionType type :
+       {COORDSYS_Plane, COORDSYS_Mercator, COORDSYS_TransverseMercator, COORDSYS_Lambert1Parallel,
+        COORDSYS_ObliqueMercatorAngle, COORDSYS_ObliqueConformalCylindrical,
+        COORDSYS_ObliqueStereographic, COORDSYS_PolarStereographic, COORDSYS_CassiniSoldner,
+        COORDSYS_StereographicDouble, COORDSYS_RSO}) {
+    const auto transform =
+        System ().OnBessel ().Projected (type, 47, 12, 0, 0, 0.0).Oriented (30).Make ();
+    ASSERT_TRUE (transform) << type;
+    coord_CogoGrid grid (1, 2, 3);
+    coord_Local local (1, 2, 3);
+    transform->LocalToCogoGrid (coord_Local (0.8, 0.2, 5), grid);
+    transform->CogoGridToLocal (coord_CogoGrid (10, 20, 5), local);
+    EXPECT_TRUE (grid.IsNull () && local.IsNull ()) << type;
+    EXPECT_TRUE (maths_IsNull (transform->GroundScaleAt (coord_Local (0.8, 0.2, 5)))) << type;
+  }
 }
 
 TEST (Transform, TurnsTheAxesOfTheGrid) {
@@ -321,6 +371,12 @@ TEST (Transform, HasAnIdentityOfItsOwn) {
              (std::vector<std::string>{"ellipsoid != NULL", "corrections != NULL", "datum != NULL",
                                        "height != NULL", "plane != NULL", "projection != NULL"}));
   EXPECT_TRUE (transform->Clone ());  // without a block, as its source
+  // Nothing is taken of what comes without the rest.
+  const coordsys_Ellipsoid unit (1, 0.1);
+  EXPECT_FALSE (transform->Set (COORDSYS_SetEllipsoid | COORDSYS_SetProjection, &unit, nullptr,
+                                nullptr, nullptr, nullptr, nullptr, 0, &system.error));
+  EXPECT_EQ (hearing.TakeAssertions (), std::vector<std::string>{"projection != NULL"});
+  EXPECT_EQ (transform->Ellipsoid.EarthRadius, system.ellipsoid.EarthRadius);
   system.projection.ProjectionType = static_cast<coordsys_ProjectionType> (99);
   EXPECT_FALSE (system.Make ());
   EXPECT_EQ (system.error, COORDSYS_InternalError);
