@@ -87,6 +87,13 @@ constexpr NamedEllipsoid ellipsoids[] = {
     {"Krassovsky", 6378245.0, 298.3},
 };
 
+// An angle of an option, in radians.
+double Angle (const char* option, double degrees, double most) {
+  if (std::abs (degrees) > most)
+    Refuse (option, "takes degrees, " + std::to_string (std::lround (most)) + " at the most");
+  return degrees * radians;
+}
+
 coordsys_Ellipsoid EllipsoidOf (const std::string& text) {
   if (text.empty () || IsSame (text, "WGS84")) return coordsys_WGS84Ellipsoid ();
   for (const NamedEllipsoid& known : ellipsoids)
@@ -126,6 +133,88 @@ coord_Local PositionOf (const char* option, const std::string& text, double heig
           n.size () == 3 ? n[2] : height};
 }
 
+// The options that say something of a projection.
+enum Taken : unsigned {
+  TAKES_Origin = 1,
+  TAKES_False = 2,
+  TAKES_Scale = 4,
+  TAKES_Parallels = 8,
+  TAKES_Azimuth = 16,
+  TAKES_Oblique = 32,
+  TAKES_Meridian = 64,
+  TAKES_Area = 128,
+  TAKES_UKGrids = 256,
+  TAKES_ProjectionGrid = 512,
+};
+
+unsigned TakenBy (coordsys_ProjectionType type) {
+  constexpr unsigned placed = TAKES_Origin | TAKES_False;
+  switch (type) {
+    case COORDSYS_NoProjection:
+    case COORDSYS_ScaleOnly:
+    case COORDSYS_RDStereographic:
+    case COORDSYS_NewZealandMapGrid:
+    case COORDSYS_HungarianEOV:
+    case COORDSYS_UPSNorth:
+    case COORDSYS_UPSSouth:
+      return 0;
+    case COORDSYS_Plane:
+    case COORDSYS_RSO:
+      return placed | TAKES_Scale | TAKES_Azimuth;
+    case COORDSYS_Lambert2Parallel:
+    case COORDSYS_AlbersEqualAreaConic:
+      return placed | TAKES_Parallels;
+    case COORDSYS_ObliqueMercatorAngle:
+      return placed | TAKES_Scale | TAKES_Azimuth | TAKES_Oblique;
+    case COORDSYS_Krovak:
+      return TAKES_Meridian;
+    case COORDSYS_UnitedKingdomNationalGrid:
+      return TAKES_UKGrids;
+    case COORDSYS_Denmark:
+      return TAKES_Area;
+    case COORDSYS_ProjectionGrid:
+      return TAKES_ProjectionGrid;
+    default:
+      return placed | TAKES_Scale;
+  }
+}
+
+// An option that would change nothing is a mistake of who wrote it.
+void RefuseWhatIsNotTaken (const SystemOptions& options, coordsys_ProjectionType type) {
+  const bool hasProjection = !options.projection.empty () || !options.utm.empty ();
+  unsigned taken = options.projection.empty () ? 0u : TakenBy (type);
+  if (!options.axes.empty ()) taken |= TAKES_False;  // the axes are turned about it
+  const struct {
+    const char* option;
+    bool isGiven;
+    Taken bit;
+  } rows[] = {
+      {"--origin", !options.origin.empty (), TAKES_Origin},
+      {"--false", !options.falseOrigin.empty (), TAKES_False},
+      {"--scale", !options.scale.empty (), TAKES_Scale},
+      {"--parallels", !options.parallels.empty (), TAKES_Parallels},
+      {"--azimuth", !options.azimuth.empty (), TAKES_Azimuth},
+      {"--geodetic-azimuth", options.geodeticAzimuth, TAKES_Oblique},
+      {"--origin-at-center", options.originAtCenter, TAKES_Oblique},
+      {"--rectify", options.rectify, TAKES_Oblique},
+      {"--meridian", !options.meridian.empty (), TAKES_Meridian},
+      {"--area", !options.area.empty (), TAKES_Area},
+      {"--uk-grids", !options.ukGrids.empty (), TAKES_UKGrids},
+      {"--projection-grid", !options.projectionGrid.empty (), TAKES_ProjectionGrid},
+  };
+  for (const auto& row : rows) {
+    if (!row.isGiven || (taken & row.bit) != 0) continue;
+    if (!hasProjection) Refuse (row.option, "belongs to a --projection");
+    Refuse (row.option, "says nothing of this projection");
+  }
+  if (!options.shiftGrid.empty () && !hasProjection)
+    Refuse ("--shift-grid", "belongs to a --projection");
+  if (!options.project.empty () && options.ground.empty ())
+    Refuse ("--project", "belongs to a --ground");
+  if (!options.datum.empty () && !options.datumGrid.empty ())
+    Refuse ("--datum", "is a datum; --datum-grid is another");
+}
+
 // What a projection cannot be without.
 void DemandParameters (coordsys_Projection& projection) {
   switch (projection.ProjectionType) {
@@ -160,6 +249,7 @@ void SetProjection (const SystemOptions& options, coordsys_Projection& projectio
     if (!options.projection.empty ()) Refuse ("--utm", "is a projection; --projection is another");
     SetZone (options.utm, projection);
   }
+  RefuseWhatIsNotTaken (options, projection.ProjectionType);
   if (!options.origin.empty ())
     projection.OriginLocal = PositionOf ("--origin", options.origin, 0.0);
   if (!options.falseOrigin.empty ()) {
@@ -170,13 +260,15 @@ void SetProjection (const SystemOptions& options, coordsys_Projection& projectio
   if (!options.scale.empty ()) projection.Scale = Factor ("--scale", options.scale);
   if (!options.parallels.empty ()) {
     const std::vector<double> n = Numbers ("--parallels", options.parallels, 2);
-    projection.Orientation1 = n[0] * radians;
-    projection.Orientation2 = n[1] * radians;
+    projection.Orientation1 = Angle ("--parallels", n[0], 90.0);
+    projection.Orientation2 = Angle ("--parallels", n[1], 90.0);
   }
   if (!options.azimuth.empty ())
-    projection.Orientation1 = Numbers ("--azimuth", options.azimuth, 1)[0] * radians;
+    projection.Orientation1 =
+        Angle ("--azimuth", Numbers ("--azimuth", options.azimuth, 1)[0], 360.0);
   if (!options.meridian.empty ())
-    projection.Orientation1 = Numbers ("--meridian", options.meridian, 1)[0] * radians;
+    projection.Orientation1 =
+        Angle ("--meridian", Numbers ("--meridian", options.meridian, 1)[0], 360.0);
   if (options.geodeticAzimuth) projection.AzimuthFormat = COORDSYS_GeodeticAzimuth;
   if (options.originAtCenter) projection.OriginCenter = COORDSYS_OriginAtProjectionCenter;
   projection.Rectify = options.rectify;
@@ -317,7 +409,9 @@ coordsys_Parts PartsOf (const SystemOptions& options, ProjectFolder& folder) {
   }
   if (!options.plane.empty ()) {
     const std::vector<double> n = Numbers ("--plane", options.plane, 6);
-    parts.Plane = {COORDSYS_ValidHorizontal, n[0], n[1], n[2], n[3], n[4] * radians, n[5]};
+    if (n[5] <= 0.0) Refuse ("--plane", "takes a scale above 0");
+    parts.Plane = {COORDSYS_ValidHorizontal,       n[0], n[1], n[2], n[3],
+                   Angle ("--plane", n[4], 360.0), n[5]};
     mask |= COORDSYS_SetHorzAdjustment;
   }
   if (!options.axes.empty ()) {

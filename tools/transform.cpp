@@ -22,6 +22,7 @@ namespace {
 
 constexpr double radians = CONSTANT_Pi / 180.0;
 constexpr std::size_t longestLine = 4096;
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 struct TransformOptions {
   SystemOptions system;
@@ -36,6 +37,7 @@ using Point = std::array<double, 3>;
 struct Sides {
   const char* name;
   bool needsProjection;
+  bool fromWGS84;
   Point (*forward) (const Transform& transform, const Point& point);
   Point (*inverse) (const Transform& transform, const Point& point);
 };
@@ -91,16 +93,41 @@ Point UncalibratedOfGrid (const Transform& transform, const Point& point) {
 }
 
 constexpr Sides allSides[] = {
-    {"wgs84-grid", true,
+    {"wgs84-grid", true, true,
      [] (const Transform& t, const Point& p) {
        return GridOfUncalibrated (t, LocalOfWGS84 (t, p));
      },
      [] (const Transform& t, const Point& p) {
        return WGS84OfLocal (t, UncalibratedOfGrid (t, p));
      }},
-    {"uncalibrated-grid", true, GridOfUncalibrated, UncalibratedOfGrid},
-    {"local-grid", true, GridOfLocal, LocalOfGrid},
-    {"wgs84-uncalibrated", false, LocalOfWGS84, WGS84OfLocal},
+    {"uncalibrated-grid", true, false, GridOfUncalibrated, UncalibratedOfGrid},
+    {"local-grid", true, false, GridOfLocal, LocalOfGrid},
+    {"wgs84-uncalibrated", false, true, LocalOfWGS84, WGS84OfLocal},
+};
+
+// An elevation is a height above the ellipsoid where the geoid has no value.
+bool IsOutsideGeoid (const Transform& transform, const Point& point, bool isWGS84) {
+  double separation = MATHS_Null;
+  transform.GeoidSeparation (In<coord_WGS84> (isWGS84 ? point : WGS84OfLocal (transform, point)),
+                             separation);
+  return maths_IsNull (separation);
+}
+
+// What did not come through whole.
+struct Losses {
+  uint64_t points = 0, places = 0, heights = 0, outside = 0;
+
+  void Tell () const {
+    const std::string of = " of " + std::to_string (points);
+    if (places != 0)
+      Say ("warning: " + std::to_string (places) + of + " points have no place on the other side");
+    if (heights != 0)
+      Say ("warning: " + std::to_string (heights) + of +
+           " points have no height on the other side");
+    if (outside != 0)
+      Say ("warning: " + std::to_string (outside) + of +
+           " points lie outside the geoid; their elevations are heights above the ellipsoid");
+  }
 };
 
 // One line without its end; false at the end of the input. A line longer than any point is cut.
@@ -126,7 +153,7 @@ std::string Shown (std::string_view word) {
   return "\"" + shown + "\"";
 }
 
-// Two or three numbers with blanks, tabs or a comma between them; "-" stands for none.
+// Two or three numbers with blanks, tabs, a comma or a semicolon between them; "-" stands for none.
 Point PointFrom (std::string_view line, uint64_t number) {
   constexpr std::string_view blanks = " \t";
   if (line.size () > longestLine) RefuseLine (number, "too long for a point");
@@ -136,7 +163,7 @@ Point PointFrom (std::string_view line, uint64_t number) {
     line.remove_prefix (std::min (line.find_first_not_of (blanks), line.size ()));
   };
   for (skipBlanks (); !line.empty (); skipBlanks ()) {
-    const std::string_view word = line.substr (0, line.find_first_of (" \t,"));
+    const std::string_view word = line.substr (0, line.find_first_of (" \t,;"));
     if (count == point.size ())
       RefuseLine (number, "more than three numbers, from " + Shown (line) + " on");
     if (word != "-" && !NumberFrom (word, point[count]))
@@ -144,7 +171,7 @@ Point PointFrom (std::string_view line, uint64_t number) {
     count++;
     line.remove_prefix (word.size ());
     skipBlanks ();
-    if (line.starts_with (',')) line.remove_prefix (1);
+    if (line.starts_with (',') || line.starts_with (';')) line.remove_prefix (1);
   }
   if (count < 2) RefuseLine (number, "a point has two or three numbers");
   return point;
@@ -187,14 +214,16 @@ void Append (std::string& text, Point point, bool isGeodetic) {
   text += '\n';
 }
 
-void ConvertInput (const Transform& transform, const Sides& sides, bool inverse) {
+void ConvertInput (const Transform& transform, const Sides& sides, bool inverse, bool hasGeoid) {
   const bool fromGeodetic = !inverse || !sides.needsProjection;
   const bool toGeodetic = inverse || !sides.needsProjection;
   const bool isTyped = ::isatty (STDIN_FILENO) != 0;
-  uint64_t lost = 0, points = 0;
+  const bool asksGeoid = hasGeoid && sides.needsProjection && !inverse;
+  Losses losses;
   std::string line, out;
   try {
     for (uint64_t number = 1; ReadLine (line); number++) {
+      if (number == 1 && line.starts_with (byteOrderMark)) line.erase (0, byteOrderMark.size ());
       const std::size_t start = line.find_first_not_of (" \t");
       if (start == std::string::npos || line[start] == '#') {
         out += line + "\n";
@@ -203,8 +232,13 @@ void ConvertInput (const Transform& transform, const Sides& sides, bool inverse)
         if (fromGeodetic) ToRadians (point, number);
         const Point result =
             inverse ? sides.inverse (transform, point) : sides.forward (transform, point);
-        points++;
-        lost += maths_IsNull (result[0]);
+        losses.points++;
+        if (maths_IsNull (result[0]))
+          losses.places++;
+        else if (maths_IsNull (result[2]))
+          losses.heights += !maths_IsNull (point[2]);
+        else if (asksGeoid)
+          losses.outside += IsOutsideGeoid (transform, point, sides.fromWGS84);
         Append (out, result, toGeodetic);
       }
       if (out.size () < 65536 && !isTyped) continue;
@@ -219,9 +253,7 @@ void ConvertInput (const Transform& transform, const Sides& sides, bool inverse)
   }
   Print (out);
   if (std::ferror (stdin)) throw Refusal{STATUS_Input, "standard input cannot be read"};
-  if (lost != 0)
-    Say ("warning: " + std::to_string (lost) + " of " + std::to_string (points) +
-         " points have no place on the other side");
+  losses.Tell ();
 }
 
 int RunTransform (const TransformOptions& options, Ear& ear) {
@@ -264,7 +296,10 @@ int RunTransform (const TransformOptions& options, Ear& ear) {
                         &parts.Plane, &parts.Height, &parts.Corrections, parts.Options, &error);
   ear.Listen (nullptr);
   if (!transform) throw Refusal{status, source + Meaning (error)};
-  ConvertInput (*transform, *sides, options.inverse);
+  const bool hasGeoid =
+      error != COORDSYS_FileMissingTolerated && (parts.Height.HeightType == COORDSYS_GeoidModel ||
+                                                 parts.Height.HeightType == COORDSYS_GeoidAndPlane);
+  ConvertInput (*transform, *sides, options.inverse, hasGeoid);
   if (job && job->status == JOBOPEN_Corrupt) Say ("error: " + job->path + ": " + job->Meaning ());
   return job ? job->ExitStatus () : STATUS_Clean;
 }
@@ -292,8 +327,10 @@ void AddTransform (CLI::App& app, Session& session) {
   options->system.AddTo (*command);
   command->footer (
       "Standard input has a point a line: latitude, longitude (degrees, north and east positive),\n"
-      "height (metres above the ellipsoid), or with --inverse north, east, elevation; blanks or a\n"
-      "comma between them, \"-\" or nothing for no height. Empty lines and those that begin with "
+      "height (metres above the ellipsoid), or with --inverse north, east, elevation; blanks, a "
+      "comma\n"
+      "or a semicolon between them, \"-\" or nothing for no height. Empty lines and those that "
+      "begin with "
       "#\n"
       "pass through. A point without a place on the other side becomes \"- - -\"; without a "
       "height\n"

@@ -62,7 +62,7 @@ END
 }
 
 @test "lines as people write them" {
-  sent '# lot 7\n\n -22.6,15.7 , 5\r\n-22.6\t+15.7\n-22.6 15.7 -\n-22.6 -344.3 5' --utm 33S
+  sent '\xEF\xBB\xBF# lot 7\n\n -22.6,15.7 , 5\r\n-22.6\t+15.7\n-22.6 15.7 -\n-22.6 ;-344.3;5' --utm 33S
   says 0
   is "$(sed -n '1,2p' out.txt)" "# lot 7"
   is "$(sed -n '3,6p' out.txt | sort -u)" "7500590.1029 571947.9716 -
@@ -118,9 +118,22 @@ END
 --utm 3 --ellipsoid Round|Bessel
 --utm 3 --ellipsoid 6378137,0|inverse flattening
 --utm 3 --axes NN|--axes
---utm 3 --scale 0|above 0
+--utm 3 --scale 1|--scale: says nothing
+--utm 3 --false 1,2|--false: says nothing
+--utm 3 --parallels 1,2|--parallels: says nothing
+--projection Mercator --scale 0|above 0
+--projection Mercator --azimuth 3|--azimuth: says nothing
+--projection Lambert2Parallel --parallels 1,2 --scale 2|--scale: says nothing
+--projection Lambert2Parallel --parallels 1,91|--parallels: takes degrees, 90
+--projection RDStereographic --origin 1,2|--origin: says nothing
+--projection RSO --azimuth 3 --rectify|--rectify: says nothing
+--projection Krovak --area Jutland|--area: says nothing
+--datum 1,2,3 --origin 1,2|--origin: belongs to a --projection
+--utm 3 --project 1,2|--project: belongs
+--utm 3 --datum 1,2,3 --datum-grid in.txt|--datum: is a datum
+--utm 3 --plane 0,0,0,0,0,0|above 0
 --utm 3 --ground calculated|--project
---utm 3 --origin 91,0|--origin
+--projection Mercator --origin 91,0|--origin: is no position
 --utm 3 --geoid nofile|nofile: no such file
 --utm 3 --geoid in.txt|the geoid file is missing or none
 --utm 3 --sides left|--sides
@@ -147,6 +160,13 @@ geoid () {
   near "$out" 7500590.1029 571947.9716 87.5
   sent "$out\n" -i --utm 33S --geoid 'deep/my geoid.bin'
   near "$out" -22.6 15.7 100
+  is "$err" ""
+  for sides in wgs84-grid local-grid; do
+    sent '22.6 15.7 100\n-22.6 15.7\n' --utm 33 --sides $sides --geoid 'deep/my geoid.bin'
+    says 0
+    near "$(head -1 out.txt)" 2499409.8971 571947.9716 100
+    holds "$err" "1 of 2 points lie outside the geoid"
+  done
 }
 
 @test "a job brings its own" {
