@@ -1,5 +1,5 @@
 // The road file: one road in an XML file of its own, format version 4.0.
-// Leans on roadnodes for the elements, on xmlparser and on file.
+// Leans on roadnodes for the elements, on xmlparser, file and stream.
 //
 // The first line is `<?xml version="1.0" encoding="UTF-8"?>`, lines end in CR LF. The root element
 // "NorvathRoad" has the children Name, StationInterval, HorizontalAlignment, VerticalAlignment,
@@ -9,10 +9,14 @@
 // that is null is an empty element.
 #include "road/roadfile.h"
 
+#include <memory>
+#include <string>
+
 #include "Kernel/text.h"
 #include "Library/xml/xmlparser.h"
 #include "numerics/maths.h"
 #include "platform/file.h"
+#include "platform/stream.h"
 #include "road/RoadNorvath.h"
 #include "road/roadnodes.h"
 
@@ -102,10 +106,29 @@ class RxlWriter final : public file_Class {
 
 // Reading.
 
-// The whole file as a tree; throws what is wrong with it.
+// The bytes of the whole file; throws why there are none.
+std::string ReadBytes (const Str& path) {
+  file_Stream file;
+  if (!file.Open (path)) throw Str ("it does not exist");
+  if (file.Size () > ROADFILE_MaximumSize) throw Str ("it is too large");
+  std::string bytes (static_cast<std::size_t> (file.Size ()), 0);
+  std::size_t done = 0;
+  while (done < bytes.size ()) {
+    const int64_t n = file.Read (bytes.data () + done, bytes.size () - done);
+    if (n < 0) throw Str ("device error while reading the file");
+    if (n == 0) break;
+    done += static_cast<std::size_t> (n);
+  }
+  bytes.resize (done);
+  return bytes;
+}
+
+// The whole file as a tree; throws what is wrong with it. A line is one piece however long it is,
+// for other programs write a road without line ends.
 void ReadTree (const Str& path, xml_tree& tree) {
-  xml_parser parser;
-  if (!parser.Open (path)) throw Str ("it does not exist or is not an XML file");
+  const std::string bytes = ReadBytes (path);
+  xml_parser parser (xml_sizes{.piece = bytes.size ()});
+  if (!parser.Open (std::make_unique<xml_memory> (bytes))) throw Str ("it is not an XML file");
   const xml_element* root = parser.NextElement (tree);
   if (!root || root->name != RootName) throw Str ("it holds no road");
   if (!parser.Close ()) throw Str ("something stands behind its root element");

@@ -297,6 +297,24 @@ TEST_F (RoadFile, TakesTheFirstOfEachSectionAndItsOwnElementsOnly) {
   EXPECT_EQ (road.Supers.Count (), 1);
 }
 
+TEST_F (RoadFile, OnOneLineIsReadHoweverLongItIs) {
+  Put ("lines.rxl", EveryKind ());
+  std::string line = EveryKind ();
+  std::erase_if (line, [] (char c) { return c == '\r' || c == '\n'; });
+  // Wherever a part of the line might be cut.
+  NorvathRoad expected, road;
+  ASSERT_TRUE (road_LoadFile (expected, folder.Device ("lines.rxl")));
+  const std::size_t tag = line.find ("<Name>");
+  for (std::size_t blanks = 16383 - line.size (); blanks < 16383; blanks += 97) {
+    Put ("line.rxl", line.substr (0, tag) + std::string (blanks, ' ') + line.substr (tag));
+    ASSERT_TRUE (road_LoadFile (road, folder.Device ("line.rxl"))) << blanks;
+    ASSERT_EQ (road.Horizontal.Count (), expected.Horizontal.Count ()) << blanks;
+    for (int i = 0; i < road.Horizontal.Count (); i++)
+      ASSERT_EQ (Told (road.Horizontal.At (i)), Told (expected.Horizontal.At (i))) << blanks;
+    ASSERT_EQ (road.Templates.Count (), expected.Templates.Count ()) << blanks;
+  }
+}
+
 TEST_F (RoadFile, ThatCannotBeReadLeavesTheRoadAsItWas) {
   const std::string whole = EmptyRoad ("    <Name>a&amp;b</Name>\n");
   std::string deep (300, ' '), ends;
