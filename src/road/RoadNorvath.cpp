@@ -1,9 +1,11 @@
 // The road of a road file.
 // Its names, its stations of interest and its validation; reading and writing stand with the road
-// file. Leans on the parts' headers.
+// file. Leans on the parts' headers and on approx.
 #include "road/RoadNorvath.h"
 
 #include <cmath>
+
+#include "numerics/approx.h"
 
 namespace clxml {
 
@@ -71,7 +73,7 @@ void NorvathRoad::BuildChainageList (const ChainageOptions& options) {
 }
 
 double NorvathRoad::DesignElevationAt (double station, double offset) const {
-  return offset == 0.0 ? Vertical.ElevationAt (station) : MATHS_Null;
+  return approx (offset, EQ, 0.0) ? Vertical.ElevationAt (station) : MATHS_Null;
 }
 
 coord_CorrectedGrid NorvathRoad::GetCoordinateAt (double station, double offset,

@@ -110,7 +110,7 @@ class NorvathRoad final : public GenericRoad {
   /// Station and offset of a coordinate, and in Elevation its height above the design there.
   coord_StationOffset GetStationOffset (const coord_CorrectedGrid& coordinate) const;
   /// The design elevation at a station and offset: that of the vertical alignment on the centre
-  /// line; null beside it and where there is none.
+  /// line, which is 0.0005 wide to either side; null beside it and where there is none.
   double DesignElevationAt (double station, double offset) const;
   /// The box of the horizontal alignment: HorizontalElementArray::GetExtent.
   bool GetExtent (coord_CorrectedGrid& min, coord_CorrectedGrid& max) const {

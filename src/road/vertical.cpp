@@ -221,7 +221,9 @@ double VerticalParabola::CurveElevation (double station) const {
 
 void VerticalAsymmetricParabola::Compute () {
   GradeIn = GradeOut = KFactor = MATHS_Null;
-  StartPoint = EndPoint = SagSummitPoint = VerticalPosition ();
+  SagSummitPoint = VerticalPosition ();
+  // Ends that were keyed stay, for the neighbours stand on them.
+  if (KeyinMethod != StartAndEndPoints) StartPoint = EndPoint = VerticalPosition ();
   if (!PreviousIntersection.IsNull () && !IntersectionPoint.IsNull () && !maths_IsNull (LengthIn)) {
     StartPoint.Station = maths_Subtract (IntersectionPoint.Station, LengthIn);
     StartPoint.Elevation =
@@ -243,6 +245,7 @@ void VerticalAsymmetricParabola::Compute () {
 // The curve is level in its first half or, where that gives a place behind the intersection, in its
 // second half. Without one of the lengths there is no such ratio and no point.
 void VerticalAsymmetricParabola::FindSagSummit () {
+  if (LengthIn == 0.0 || LengthOut == 0.0) return;
   const double change = maths_Subtract (Slope (GradeOut), Slope (GradeIn));
   const double length = maths_Add (LengthIn, LengthOut);
   const auto part = [&] (double grade, double near, double far) {

@@ -195,6 +195,30 @@ TEST_F (HorizontalAlignment, EndsWhereTheTablesOfFresnelIntegralsSay) {
   }
 }
 
+// A worked example of Ghilani and Wolf, Elementary Surveying, 13th edition 2012, chapter 24: a
+// curve of R 2864.79 ft and I 8°24' at the intersection 64+27.46. The book is quoted from memory,
+// two decimals as it prints them; the figures close.
+TEST_F (HorizontalAlignment, ReachesTheStationsOfATextbook) {
+  constexpr double tangent = 210.38, intersection = 6427.46, deflection = 8.4 * M_PI / 180.0;
+  HorizontalElementArray line =
+      Line ({0, 0, 0}, intersection - 1000.0,
+            {{'s', 1000.0 - tangent}, {'a', none, 2864.79, 2864.79}, {'s', 300.0}});
+  auto& arc = static_cast<HorizontalArc&> (*line.At (2));
+  arc.KeyinMethod = HorizontalArc::AngleAndRadius;
+  arc.Angle = deflection;
+  ASSERT_TRUE (line.RecomputeAll ());
+  EXPECT_NEAR (arc.StartChainage, 6217.08, 0.0051);
+  EXPECT_NEAR (arc.EndChainage, 6637.08, 0.0051);
+  EXPECT_NEAR (Apart (arc.StartCoordinate, arc.EndCoordinate), 419.62, 0.0051);
+  const coord_CorrectedGrid corner (1000.0, 0.0, none);
+  EXPECT_NEAR (Apart (line.PointAtStation (arc.StartChainage + arc.Length / 2), corner), 7.71,
+               0.0051);
+  EXPECT_LT (Apart (arc.EndCoordinate, {1000.0 + tangent * std::cos (deflection),
+                                        tangent * std::sin (deflection), none}),
+             0.0075);
+  EXPECT_NEAR (arc.EndAzimuth, deflection, 1e-12);
+}
+
 TEST_F (HorizontalAlignment, ComputesTheSameUnderEveryKeyinStyleAndSystemOfAxes) {
   for (int orientation = 0; orientation < 4; orientation++)
     for (const bool isSouth : {false, true}) {

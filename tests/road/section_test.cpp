@@ -322,6 +322,37 @@ TEST_F (Road, NamesFollowTheFile) {
   }
 }
 
+// The line is half a millimetre wide; beside it there is no design.
+TEST_F (Road, HeightsAreAboveTheDesignOnTheLine) {
+  NorvathRoad road;
+  road.Horizontal.New<HorizontalStartPoint> ();
+  HorizontalStraight* straight = road.Horizontal.New<HorizontalStraight> ();
+  road.Horizontal.At (0)->StartChainage = straight->StartChainage = 0.0;
+  straight->StartCoordinate = {0, 0, 0};
+  straight->StartAzimuth = 0.0;
+  straight->Length = straight->EndChainage = 100.0;
+  straight->ComputeEnd ();
+  for (const double station : {0.0, 100.0}) {
+    VerticalPoint* point = road.Vertical.New<VerticalPoint> ();
+    point->Point = point->IntersectionPoint = {station, 7.0 + station / 10};
+    point->StartPoint = point->EndPoint = point->Point;
+  }
+  road.Vertical.LinkNeighbours ();
+  for (const double offset : {-0.0004, 0.0, 0.0004, 0.0006}) {
+    const coord_StationOffset place = road.GetStationOffset ({40.0, offset, 12.5});
+    EXPECT_NEAR (place.Station, 40.0, 1e-9);
+    EXPECT_NEAR (place.Offset, offset, 1e-9);
+    const coord_CorrectedGrid back = road.GetCoordinateAt (40.0, offset, 1.5);
+    EXPECT_NEAR (back.East, offset, 1e-9);
+    if (offset > 0.0005) {
+      EXPECT_TRUE (maths_IsNull (place.Elevation) && maths_IsNull (back.Elevation));
+      continue;
+    }
+    EXPECT_NEAR (place.Elevation, 1.5, 1e-9);
+    EXPECT_NEAR (back.Elevation, 12.5, 1e-9);
+  }
+}
+
 TEST_F (Road, IntervalStationsFallOnMultiples) {
   struct Row {
     double start, end, interval;

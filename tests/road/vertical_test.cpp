@@ -127,6 +127,44 @@ TEST_F (VerticalAlignment, FollowsTheIntegratedSlope) {
   }
 }
 
+// Worked examples of Ghilani and Wolf, Elementary Surveying, 13th edition 2012, chapter 25: a curve
+// of equal tangents, 600 ft long, over a crest, and one of unequal tangents, 400 and 600 ft, in a
+// sag. The book is quoted from memory, two decimals as it prints them; the figures close.
+TEST_F (VerticalAlignment, ReachesTheElevationsOfATextbook) {
+  struct Printed {
+    double station, elevation;
+  };
+  VerticalElementArray crest;
+  AddPoint (crest, 4170.0, 853.48 - 0.03 * 500.0);
+  auto* equal = crest.New<VerticalParabola> ();
+  equal->IntersectionPoint = {4670.0, 853.48};
+  equal->Length = 600.0;
+  AddPoint (crest, 5170.0, 853.48 - 0.024 * 500.0);
+  crest.Settle ();
+  for (const Printed& p : {Printed{4370, 844.48},
+                           {4400, 845.34},
+                           {4500, 847.62},
+                           {4600, 849.00},
+                           {4700, 849.48},
+                           {4800, 849.06},
+                           {4900, 847.74},
+                           {4970, 846.28}})
+    EXPECT_NEAR (crest.ElevationAt (p.station), p.elevation, 0.0051) << p.station;
+  EXPECT_NEAR (equal->SagSummitPoint.Station, 4703.33, 0.0051);
+  EXPECT_NEAR (equal->SagSummitPoint.Elevation, 849.48, 0.0051);
+
+  VerticalElementArray sag;
+  AddPoint (sag, 8200.0, 743.24 + 0.02 * 500.0);
+  auto* unequal = sag.New<VerticalAsymmetricParabola> ();
+  unequal->IntersectionPoint = {8700.0, 743.24};
+  unequal->LengthIn = 400.0;
+  unequal->LengthOut = 600.0;
+  AddPoint (sag, 9400.0, 743.24 + 0.016 * 700.0);
+  sag.Settle ();
+  for (const Printed& p : {Printed{8300, 751.24}, {8700, 747.56}, {9300, 752.84}})
+    EXPECT_NEAR (sag.ElevationAt (p.station), p.elevation, 0.0051) << p.station;
+}
+
 TEST_F (VerticalAlignment, ComputesTheSameByStartAndEndPoints) {
   for (const Case& c : cases) {
     if (c.kind == Asymmetric) continue;
@@ -148,6 +186,21 @@ TEST_F (VerticalAlignment, ComputesTheSameByStartAndEndPoints) {
     EXPECT_NEAR (line.ElevationAt (205.0), byVPI.ElevationAt (205.0), 1e-8);
     EXPECT_EQ (line.At (2)->PreviousIntersection.Station, curve.IntersectionPoint.Station);
   }
+}
+
+TEST_F (VerticalAlignment, AsymmetricParabolasStandWithoutALengthAndByTheirEnds) {
+  for (const double in : {0.0, 80.0}) {
+    const VerticalElementArray line = Curve (Asymmetric, -0.03, 0.03, in, 80.0 - in);
+    const auto& curve = static_cast<const VerticalCurve&> (*line.At (1));
+    EXPECT_TRUE (curve.SagSummitPoint.IsNull ()) << in;
+    EXPECT_FALSE (maths_IsNull (curve.KFactor)) << in;
+  }
+  VerticalElementArray line = Curve (Asymmetric, -0.03, 0.03, 40.0, 60.0);
+  for (int i = 1; i < 3; i++) line.At (i)->KeyinMethod = VerticalBase::StartAndEndPoints;
+  const VerticalPosition start = line.At (1)->StartPoint, end = line.At (1)->EndPoint;
+  line.Settle ();
+  EXPECT_TRUE (line.At (1)->StartPoint == start && line.At (1)->EndPoint == end);
+  EXPECT_NEAR (line.At (2)->GradeIn, std::atan (0.03), 1e-12);
 }
 
 TEST_F (VerticalAlignment, KnowsItsEndsItsNeighboursAndItsFaults) {
