@@ -111,7 +111,8 @@ int RunRoad (Session& session, const RoadOptions& options) {
   for (std::size_t i = 0; i < places.size (); i++) {
     const std::string line = PlaceLine (road, places[i]);
     if (line.empty ()) {
-      Say ("error: " + options.places[i] + ": no place on this road");
+      Say ("error: " + options.places[i] + ": no place on this road, which runs from " +
+           NumberText (road.StartChainage ()) + " to " + NumberText (road.EndChainage ()));
       status = ROAD_NoPlace;
     }
     Print (line);

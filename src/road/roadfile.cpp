@@ -109,7 +109,7 @@ class RxlWriter final : public file_Class {
 // The bytes of the whole file; throws why there are none.
 std::string ReadBytes (const Str& path) {
   file_Stream file;
-  if (!file.Open (path)) throw Str ("it does not exist");
+  if (!file.Open (path)) throw Str ("it is no file that can be read");
   if (file.Size () > ROADFILE_MaximumSize) throw Str ("it is too large");
   std::string bytes (static_cast<std::size_t> (file.Size ()), 0);
   std::size_t done = 0;

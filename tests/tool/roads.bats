@@ -48,7 +48,7 @@ END
   holds "$(sed -n 3p out.txt)" 'azimuth 36°48'"'"'21.0"'
   clxml road "$main" --at 99 --at 200
   says 3
-  holds "$err" "99: no place"
+  holds "$err" "99: no place on this road, which runs from 100.000 to 1142.116"
   holds "$out" "station 200.000"
   for bad in x 1+ 100: :5 1.5+2 1e3 nan; do
     clxml road "$main" --at "$bad"
