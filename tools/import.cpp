@@ -32,6 +32,7 @@ struct ImportOptions {
   std::string job;
   bool quiet = false;
   bool force = false;
+  std::string label;  // behind the progress bar
 };
 
 // As the command line gives them.
@@ -45,7 +46,11 @@ struct ImportArguments {
 // A bar on standard error, on a terminal only.
 class ProgressBar {
  public:
-  explicit ProgressBar (bool wanted) : _Wanted (wanted && ::isatty (STDERR_FILENO)) {}
+  // The label stands behind the bar.
+  ProgressBar (bool wanted, std::string label)
+      : _Wanted (wanted && ::isatty (STDERR_FILENO)), _Label (std::move (label)) {
+    _Label.resize (std::min<std::size_t> (_Label.size (), 60));
+  }
   ~ProgressBar () { Clear (); }
 
   // Called for every element, so it looks at the clock only now and then.
@@ -61,18 +66,19 @@ class ProgressBar {
     const int full = static_cast<int> (percent > 100 ? 100 : percent) * width / 100;
     std::string bar (static_cast<std::size_t> (full), '#');
     bar.resize (width, '.');
-    std::fprintf (stderr, "\r[%s] %3u %%  %ld:%02ld ", bar.c_str (), percent, seconds / 60,
-                  seconds % 60);
+    std::fprintf (stderr, "\r[%s] %3u %%  %ld:%02ld  %s", bar.c_str (), percent, seconds / 60,
+                  seconds % 60, _Label.c_str ());
     std::fflush (stderr);
     _IsShown = true;
   }
   void Clear () {
-    if (_IsShown) std::fprintf (stderr, "\r%*s\r", 64, "");
+    if (_IsShown) std::fprintf (stderr, "\r%*s\r", 64 + static_cast<int> (_Label.size ()), "");
     _IsShown = false;
   }
 
  private:
   bool _Wanted;
+  std::string _Label;
   bool _IsShown = false;
   uint32_t _Percent = UINT32_MAX;
   unsigned _Calls = 0;
@@ -212,7 +218,7 @@ void TakeName (const ImportOptions& options, Running& run, const std::string& re
 
 // Answers the road files that stand beside the job; refuses when there is no job.
 std::vector<std::string> ImportOne (const ImportOptions& options, Ear& ear) {
-  Running run{options.job + ".part", {}, ProgressBar (!options.quiet)};
+  Running run{options.job + ".part", {}, ProgressBar (!options.quiet, options.label)};
   const std::string exchange = DevicePath (options.exchange, IMPORT_BadInput);
   const std::string part = DevicePath (run.part, IMPORT_CannotCreateJob);
   MakeRoom (options, run.part);
@@ -283,7 +289,10 @@ std::vector<ImportOptions> OneEach (const ImportArguments& arguments) {
     const auto [other, isFree] = takenBy.try_emplace (job, exchange);
     if (!isFree)
       throw Refusal{STATUS_Usage, other->second + " and " + exchange + " would both become " + job};
-    imports.push_back ({exchange, job, arguments.quiet, arguments.force});
+    imports.push_back ({exchange, job, arguments.quiet, arguments.force,
+                        std::to_string (imports.size () + 1) + " of " +
+                            std::to_string (arguments.paths.size ()) + ": " +
+                            std::filesystem::path (exchange).filename ().string ()});
   }
   return imports;
 }
@@ -323,8 +332,8 @@ int RunImport (const ImportArguments& arguments, Ear& ear) {
     throw Refusal{STATUS_Usage,
                   "import takes an exchange file and a job file; several exchange files with "
                   "--into FOLDER"};
-  const auto roads =
-      ImportOne ({arguments.paths[0], arguments.paths[1], arguments.quiet, arguments.force}, ear);
+  const auto roads = ImportOne (
+      {arguments.paths[0], arguments.paths[1], arguments.quiet, arguments.force, {}}, ear);
   for (const std::string& road : roads) Print (road + "\n");
   return IMPORT_Ok;
 }

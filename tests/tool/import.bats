@@ -208,6 +208,9 @@ load helpers
   is "$err" ""
   script -qec "'$CLXML' import '$LOT' b.job" /dev/null >bar.txt
   holds "$(cat bar.txt)" "100 %"
+  mkdir many
+  script -qec "'$CLXML' import --into many '$LOT' '$ORCHARD'" /dev/null >bar.txt
+  grep -q "0:00  2 of 2: orchard_1090.xml" bar.txt
   script -qec "'$CLXML' import --quiet '$LOT' c.job" /dev/null >bar.txt
   is "$(cat bar.txt)" ""
 }
