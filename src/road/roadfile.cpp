@@ -10,6 +10,7 @@
 #include "road/roadfile.h"
 
 #include <memory>
+#include <new>
 #include <string>
 
 #include "Kernel/text.h"
@@ -185,11 +186,16 @@ bool road_LoadFile (NorvathRoad& road, const Str& path, bool horizontalOnly) {
   const int slash = path.ReverseFind ('\\');
   road.SetNameFromFile (slash < path.Length () ? path.From (slash + 1) : path);
   xml_tree tree (ROADFILE_MaximumSize);
+  const auto refuse = [&path] (const Str& reason) {
+    Environment::Get ()->LogMessage (("Road file " + path + " refused: " + reason).Data ());
+    return false;
+  };
   try {
     ReadTree (path, tree);
   } catch (const Str& reason) {
-    Environment::Get ()->LogMessage (("Road file " + path + " refused: " + reason).Data ());
-    return false;
+    return refuse (reason);
+  } catch (const std::bad_alloc&) {
+    return refuse ("out of memory");
   }
   const xml_element& root = *tree.Root ();
   ReadHead (root, road);

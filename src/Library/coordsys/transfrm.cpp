@@ -191,12 +191,14 @@ bool Transform::Set (uint16_t mask, const coordsys_Ellipsoid* ellipsoid,
     *error = COORDSYS_InternalError;
     return false;
   }
+  const auto chosen = [mask] (coordsys_Components bit, const auto* part, const auto& own) {
+    return (mask & bit) != 0 ? *part : own;
+  };
   try {
     // What needs memory is copied before anything is taken.
-    coordsys_Datum newDatum = (mask & COORDSYS_SetDatum) != 0 ? *datum : Datum;
-    coordsys_Height newHeight = (mask & COORDSYS_SetVertAdjustment) != 0 ? *height : Height;
-    coordsys_Projection newProjection =
-        (mask & COORDSYS_SetProjection) != 0 ? *projection : Projection;
+    auto newDatum = chosen (COORDSYS_SetDatum, datum, Datum);
+    auto newHeight = chosen (COORDSYS_SetVertAdjustment, height, Height);
+    auto newProjection = chosen (COORDSYS_SetProjection, projection, Projection);
     Datum = std::move (newDatum);
     Height = std::move (newHeight);
     Projection = std::move (newProjection);
@@ -204,8 +206,8 @@ bool Transform::Set (uint16_t mask, const coordsys_Ellipsoid* ellipsoid,
     *error = COORDSYS_OutOfMemory;
     return false;
   }
-  if ((mask & COORDSYS_SetEllipsoid) != 0) Ellipsoid = *ellipsoid;
-  if ((mask & COORDSYS_SetHorzAdjustment) != 0) Plane = *plane;
+  Ellipsoid = chosen (COORDSYS_SetEllipsoid, ellipsoid, Ellipsoid);
+  Plane = chosen (COORDSYS_SetHorzAdjustment, plane, Plane);
   if ((mask & COORDSYS_SetCorrections) != 0) {
     Corrections = *corrections;
     NorthAzimuth = Corrections.SouthAzimuth ? CONSTANT_Pi : 0.0;
