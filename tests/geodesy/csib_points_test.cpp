@@ -100,53 +100,6 @@ TEST_F (CsibPoints, FindsHeightsOnTheWayToWGS84) {
   EXPECT_EQ (csib_LocalToWGS84 (*block, levelled = Levelled (0.9, 0.1, 12.0), out), CSIB_Ok);
 }
 
-TEST_F (CsibPoints, GivesTheElevationThatTheSystemKnows) {
-  csib_Grid grid;
-  const auto elevation = [&] (const csib_Geodetic& local) {
-    csib_ElevationOfLocal (*block, local, grid);
-    return grid.HasOrthometric ? grid.OrthometricHeight : -999.0;
-  };
-  EXPECT_EQ (elevation (Raised (0.9, 0.1, 52.0)), 52.0);
-  EXPECT_EQ (elevation ({0.9, 0.1}), -999.0);
-  block->Geoid = &sloping;
-  EXPECT_EQ (elevation (Raised (0.9, 0.1, 52.0)), -999.0);  // a geoid without a datum
-  Shift ();
-  csib_Geodetic wgs84;
-  ASSERT_EQ (csib_LocalToWGS84 (*block, Raised (0.9, 0.1, 52.0), wgs84), CSIB_Ok);
-  EXPECT_EQ (elevation (Raised (0.9, 0.1, 52.0)),
-             wgs84.EllipsoidalHeight - SlopingSeparation (wgs84.Latitude));
-  EXPECT_EQ (elevation (Raised (1.1, 0.1, 52.0)), 52.0);  // beyond the geoid
-  EXPECT_EQ (elevation ({0.9, 0.1}), -999.0);
-}
-
-TEST_F (CsibPoints, GroundMeetsTheGridAtTheProjectLocation) {
-  const csib_Geodetic location = Raised (0.87, 0.02, 0.0);
-  csib_Grid grid, ground;
-  ASSERT_EQ (csib_Project (*block, location, grid), CSIB_Ok);
-  double north = 1.0, east = 1.0;
-  block->GroundScale = 1.00025;
-  csib_GroundDeltas (*block, north, east);
-  EXPECT_EQ (std::fabs (north) + std::fabs (east), 0.0);
-  block->HasProjectLocation = 1;
-  block->ProjectLatitude = location.Latitude;
-  block->ProjectLongitude = location.Longitude;
-  for (const double scale : {1.00025, 0.999, 1.0}) {
-    block->GroundScale = scale;
-    csib_GroundDeltas (*block, north, east);
-    ASSERT_EQ (csib_Project (*block, location, ground), CSIB_Ok);
-    EXPECT_NEAR (ground.North - north, grid.North, 1e-9);
-    EXPECT_NEAR (ground.East - east, grid.East, 1e-9);
-  }
-  csib_Geodetic back;
-  block->GroundScale = 1.00025;
-  ASSERT_EQ (csib_Project (*block, location, ground), CSIB_Ok);
-  ASSERT_EQ (csib_Unproject (*block, ground, back), CSIB_Ok);
-  EXPECT_NEAR (back.Latitude, location.Latitude, 1e-14);
-  ASSERT_EQ (csib_SetProjection (*block, CSIB_NoProjection, {}), CSIB_Ok);
-  csib_GroundDeltas (*block, north, east);
-  EXPECT_EQ (std::fabs (north) + std::fabs (east), 0.0);
-}
-
 // What is measured agrees with the closed form of the same projection.
 TEST_F (CsibPoints, MeasuresWhatHasNoFormula) {
   block->GroundScale = 1.0002;
@@ -214,39 +167,6 @@ TEST_F (CsibPoints, KeepsWhatComesOffTheGridOnTheGlobe) {
   };
   csib_Grid grid;
   EXPECT_EQ (csib_Project (*block, {nan, 0.0}, grid), CSIB_NoProjectionOperation);
-}
-
-TEST_F (CsibPoints, AdjustsAndTakesBack) {
-  csib_Grid point{.North = 1100.0, .East = 2010.0, .OrthometricHeight = 50.0};
-  const csib_Grid start = point;
-  csib_HorizontalForward (*block, point);
-  csib_VerticalForward (*block, point);
-  EXPECT_EQ (point.North + point.East + point.OrthometricHeight, 3160.0);  // no such part
-
-  // A quarter turn to the east: what lay 100 north and 10 east lies 100 east and 10 south.
-  csib_Horizontal h{.OriginNorth = 1000.0, .OriginEast = 2000.0, .Rotation = std::acos (0.0)};
-  ASSERT_EQ (csib_SetHorizontal (*block, &h), CSIB_Ok);
-  csib_HorizontalForward (*block, point);
-  EXPECT_NEAR (point.North, 990.0, 1e-12);
-  EXPECT_NEAR (point.East, 2100.0, 1e-12);
-
-  h.TranslationNorth = 3.5, h.TranslationEast = -7.25, h.Rotation = 0.7, h.ScaleFactor = 1.5;
-  const csib_Vertical v{1000.0, 2000.0, 0.5, 0.01, -0.02};
-  ASSERT_EQ (csib_SetHorizontal (*block, &h), CSIB_Ok);
-  ASSERT_EQ (csib_SetVertical (*block, &v), CSIB_Ok);
-  csib_Grid origin{.North = 1000.0, .East = 2000.0};
-  csib_HorizontalForward (*block, origin);
-  EXPECT_EQ (origin.North, 1003.5);
-  EXPECT_EQ (origin.East, 1992.75);
-  point = start;
-  csib_VerticalForward (*block, point);
-  EXPECT_NEAR (point.OrthometricHeight, 50.0 + 0.5 + 1.0 - 0.2, 1e-12);
-  csib_HorizontalForward (*block, point);
-  csib_HorizontalInverse (*block, point);
-  csib_VerticalInverse (*block, point);
-  EXPECT_NEAR (point.North, start.North, 1e-12);
-  EXPECT_NEAR (point.East, start.East, 1e-12);
-  EXPECT_NEAR (point.OrthometricHeight, start.OrthometricHeight, 1e-12);
 }
 
 }  // namespace

@@ -355,25 +355,6 @@ TEST_F (HorizontalAlignment, AnswersAtItsEndsAndNotBeyond) {
   EXPECT_FALSE (HorizontalElementArray ().GetExtent (min, max));
 }
 
-TEST_F (HorizontalAlignment, TakesTheStartOfAnElementFromTheOneBefore) {
-  HorizontalArc arc;
-  arc.EndAzimuth = 1.0;
-  arc.EndChainage = 2.0;
-  arc.EndCoordinate = {3, 4, 5};
-  arc.Radius = 60.0;
-  arc.Clockwise = false;
-  HorizontalEntrySpiral spiral;
-  spiral.TakeStartFrom (arc);
-  EXPECT_TRUE (spiral.StartAzimuth == 1.0 && spiral.StartChainage == 2.0 &&
-               spiral.StartCoordinate == arc.EndCoordinate && spiral.StartRadius == 60.0 &&
-               !spiral.Clockwise);
-  HorizontalStraight first, second;
-  first.TakeStartFrom (arc);
-  EXPECT_TRUE (first.StartAzimuth == 1.0 && first.TangentialToPrevious);
-  second.TakeStartFrom (first);
-  EXPECT_TRUE (maths_IsNull (second.StartAzimuth) && !second.TangentialToPrevious);
-}
-
 TEST_F (HorizontalAlignment, TurnsASpiralRound) {
   const HorizontalElementArray line = Line ({5, 6, 1.0}, 0.0, {{'n', 80.0, 500.0, 200.0, false}});
   const auto& entry = static_cast<const HorizontalEntrySpiral&> (*line.Last ());

@@ -306,22 +306,6 @@ TEST_F (Road, TellsItsFirstFault) {
   }
 }
 
-TEST_F (Road, NamesFollowTheFile) {
-  struct Row {
-    const char *path, *name;
-  };
-  for (const Row& row : {Row{"C:\\Data\\Main(Job 1).rxl", "Main(Job 1)"},
-                         {"C:\\Data\\A.B(J).rxl", "A"},
-                         {"Main(J).rxl", "old"},
-                         {"\\plain", "plain"},
-                         {"C:\\x\\.rxl", ""}}) {
-    NorvathRoad road;
-    road.Name = "old";
-    road.SetFileName (row.path);
-    EXPECT_TRUE (road.Name == row.name && road.FileName == row.path) << row.path;
-  }
-}
-
 // The line is half a millimetre wide; beside it there is no design.
 TEST_F (Road, HeightsAreAboveTheDesignOnTheLine) {
   NorvathRoad road;

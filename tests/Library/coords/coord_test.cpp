@@ -65,52 +65,18 @@ TEST (Coord, TellsWhichPartsAreAbsent) {
   } cases[] = {
       {"whole", answers (coord_WGS84 (0.1, 0.2, 3)), ""},
       {"no height", answers (coord_Local (0.1, 0.2, null)), "av"},
-      {"no longitude", answers (coord_Local (0.1, null, 1)), "a"},
       {"only height", answers (coord_CogoGrid (null, null, 1)), "ah"},
       {"north only", answers (half), "av"},
       {"earth-centred without Z", answers (coord_ECEF (1, 2, null)), "av"},
-      {"deltas of Z", answers (coord_ECEFDeltas (null, null, 1)), "ah"},
       {"distance without azimuth", answers (coord_Polar (null, 5, null)), "av"},
-      {"vertical distance alone", answers (coord_F2Polar (null, null, 2)), "ah"},
-      {"azimuth alone", answers (coord_Unturned (1, null, null)), "a"},
       {"angles alone", answers (coord_Ground (1, 1.5, null)), "a"},
-      {"no vertical angle and no distance", answers (coord_Oriented (1, null, null)), "av"},
-      {"laser azimuth missing", answers (coord_LaserOffset (null, 1, null)), "ah"},
       {"no face", answers (coord_Corrected (1, 2, 3, COORD_FaceNull)), "a"},
       {"a face only", answers (coord_Corrected (null, null, null, COORD_Face1)), "ahv"},
       {"circle without face", answers (coord_Circle (1, 2, 3, COORD_FaceNull)), ""},
-      {"mean without errors", answers (coord_MTA (1, 2, 3)), ""},
-      {"offset without station", answers (coord_StationOffset (null, 2, null)), "av"},
-      {"station", answers (coord_StationSetupData (grid, 1)), ""},
       {"unoriented station", answers (coord_StationSetupData (flat, null)), "av"},
       {"station of azimuth", answers (coord_StationSetupData (coord_CorrectedGrid (), 1)), "av"},
   };
   for (const auto& c : cases) EXPECT_EQ (c.answers, c.expected) << c.name;
-}
-
-template <class T>
-void StartsNullAndReturnsToIt (T value) {
-  coord_BaseClass& base = value;
-  EXPECT_FALSE (base.AnyNull ());
-  base.SetNull ();
-  T fresh;
-  for (const coord_BaseClass* c : {static_cast<coord_BaseClass*> (&fresh), &base})
-    EXPECT_TRUE (c->IsNull () && c->AnyNull () && c->NullHorizontal () && c->NullVertical ())
-        << typeid (T).name ();
-}
-template <class... T>
-void AllStartNullAndReturnToIt () {
-  (StartsNullAndReturnsToIt (T (1.0, 2.0, 3.0)), ...);
-}
-
-TEST (Coord, StartsNullAndReturnsToIt) {
-  AllStartNullAndReturnToIt<coord_WGS84, coord_Local, coord_CogoGrid, coord_CorrectedGrid,
-                            coord_GridDeltas, coord_ECEF, coord_ECEFGround, coord_ECEFDeltas,
-                            coord_Polar, coord_F2Polar, coord_Unturned, coord_Ground,
-                            coord_Oriented, coord_LaserOffset, coord_StationOffset, coord_MTA> ();
-  StartsNullAndReturnsToIt (coord_Corrected (1, 2, 3, COORD_Face2));
-  StartsNullAndReturnsToIt (coord_Circle (1, 2, 3, COORD_Face2));
-  StartsNullAndReturnsToIt (coord_StationSetupData (coord_CorrectedGrid (1, 2, 3), 4));
 }
 
 TEST (Coord, KeepsTheOrderOfACorrectedGrid) {
@@ -177,22 +143,6 @@ TEST (Coord, GoesEarthCentredAndBack) {
   EXPECT_TRUE (coord_WGS84 (0.1, 0.2, null).ToECEF (wgs84).IsNull ());
   EXPECT_TRUE (coord_ECEF (1e200, 1e200, 1).ToWGS84 (wgs84).IsNull ());
   EXPECT_TRUE (coord_ECEF (1, 2, 3).ToWGS84 (coordsys_Ellipsoid ()).IsNull ());
-}
-
-TEST (Coord, DerivesAnEllipsoid) {
-  const coordsys_Ellipsoid& wgs84 = coordsys_WGS84Ellipsoid ();
-  EXPECT_NEAR (wgs84.MinorAxis (), 6356752.3142, 1e-8);
-  const double e2 = 1 - wgs84.MinorAxis () * wgs84.MinorAxis () / 6378137.0 / 6378137.0;
-  EXPECT_NEAR (wgs84.EccentricitySquared, e2, 1e-16);
-  EXPECT_NEAR (wgs84.SecondEccentricity, std::sqrt (e2 / (1 - e2)), 1e-15);
-  EXPECT_EQ (wgs84.OnePlusSecondEccentricitySquared, 1 + 2 * wgs84.HalfSecondEccentricitySquared);
-  EXPECT_TRUE (maths_IsNull (coordsys_Ellipsoid (6378137.0, 0.0).InverseFlattening ()));
-  EXPECT_TRUE (maths_IsNull (coordsys_Ellipsoid (6378137.0, null).InverseFlattening ()));
-  EXPECT_TRUE (maths_IsNull (coordsys_Ellipsoid (6378137.0, null).SecondEccentricity));
-  EXPECT_TRUE (coord_Local (CONSTANT_PiOverTwo, -CONSTANT_Pi, null).IsValid ());
-  EXPECT_FALSE (coord_Local (1.6, null, null).IsValid ());
-  EXPECT_TRUE (coord_IsAbsolute (COORD_ECEFGroundType));
-  EXPECT_FALSE (coord_IsAbsolute (COORD_ECEFDeltasType));
 }
 
 }  // namespace
