@@ -18,6 +18,8 @@ constexpr double sameDistanceCoarse = 0.005;
 constexpr double forwardDistanceAgreement = 5e-05;
 constexpr double longestForward = 1000000.0;
 constexpr int forwardRounds = 5;
+// A forward result farther from what was asked for, metres, is null.
+constexpr double largestForwardMiss = 1.0;
 
 constexpr coordsys_CogoSettings azimuthBits =
     COORDSYS_CogoAzimuthWGS84 | COORDSYS_CogoAzimuthLocal | COORDSYS_CogoAzimuthGrid;
@@ -112,9 +114,10 @@ void ForwardOnPlane (position& start, const Transform& transform, double azimuth
   cogoframe_LoadGrid (out, to, start, transform);
 }
 
-// Robbins' direct formula knows nothing of grid azimuths, mean radii and heights, so its azimuth
+// Robbins' direct formula does not include grid azimuths, mean radii and heights, so its azimuth
 // and distance are corrected by what the inverse finds, until that is what was asked for within
-// 0.01 arc second and 5e-05 m; after five rounds the last candidate stands.
+// 0.01 arc second and 5e-05 m. After five rounds the last candidate is the result if it is within a
+// metre of what was asked for, and null otherwise.
 void ForwardOnEllipsoid (position& start, const Transform& transform, double azimuth,
                          double distance, double heightDifference, position& out,
                          coordsys_CogoSettings mask) {
@@ -150,6 +153,7 @@ void ForwardOnEllipsoid (position& start, const Transform& transform, double azi
 
   position origin = start;  // out may be the start itself
   coord_Local candidate = from;
+  double miss = MATHS_Null;
   for (int round = 0; round < forwardRounds; round++) {
     cogo_EllipsoidDirect (ellipsoid, from.Latitude, from.Longitude, workingAzimuth, workingDistance,
                           W, candidate.Latitude, candidate.Longitude);
@@ -161,11 +165,18 @@ void ForwardOnEllipsoid (position& start, const Transform& transform, double azi
       cogoframe_LoadGeodetic (out, nowhere, origin, transform, mask);
       return;
     }
+    const double azimuthMiss = AngleSigned (azimuth, foundAzimuth);
+    const double distanceMiss = distance - foundDistance;
+    miss = std::hypot (azimuthMiss * distance, distanceMiss);
     if (cogo_AnglesEqual (azimuth, foundAzimuth) &&
-        Within (foundDistance, distance, forwardDistanceAgreement))
+        std::abs (distanceMiss) < forwardDistanceAgreement)
       break;
-    workingAzimuth += AngleSigned (azimuth, foundAzimuth);
-    workingDistance += distance - foundDistance;
+    workingAzimuth += azimuthMiss;
+    workingDistance += distanceMiss;
+  }
+  if (miss > largestForwardMiss) {
+    cogoframe_LoadGeodetic (out, nowhere, origin, transform, mask);
+    return;
   }
 
   // The height difference is the caller's business; here the end is as high as the start.

@@ -85,7 +85,8 @@ coordsys_CogoSettings cogo_SystemFor (const position& first, const position& sec
 /// azimuth or distance, or a start without a horizontal part, gives a position without one.
 /// On the plane without COORDSYS_CogoDistanceGrid the distance is scaled by the transform's factor,
 /// and COORDSYS_CogoEllipsoidDistances gives null. On the ellipsoid the azimuth and distance wanted
-/// are met within 0.01 arc second and 5e-05 m, in at most five rounds; the last candidate stands.
+/// are met within 0.01 arc second and 5e-05 m, in at most five rounds; a last candidate more than a
+/// metre off gives null.
 /// A distance below 0.0005 m in size returns the start, one above 1,000,000 m null; a negative one
 /// runs the other way.
 void cogo_Forward (position& start, const Transform& transform, double azimuth, double distance,
@@ -165,8 +166,8 @@ cogo_Result cogo_AzimuthDistanceIntersect (position& start, double azimuth, posi
                                            position& first, position& second,
                                            coordsys_CogoSettings mask);
 /// Where two circles meet: first to the right of the line from the first centre to the second,
-/// second to its left. Circles that touch have one point and leave the second cleared. At most 20
-/// rounds for each.
+/// second to its left. Circles that touch have one point and leave the second cleared. A radius
+/// below 0 reaches no other circle (COGO_CirclesApart). At most 20 rounds for each.
 cogo_Result cogo_DistanceDistanceIntersect (position& firstCentre, double firstRadius,
                                             position& secondCentre, double secondRadius,
                                             const Transform& transform, position& first,
@@ -174,8 +175,7 @@ cogo_Result cogo_DistanceDistanceIntersect (position& firstCentre, double firstR
 /// Where two lines meet, in front of or behind their points: on the plane without an elevation, on
 /// the ellipsoid at the first point's height. The lines are geodesics, and the answer is theirs,
 /// only without COORDSYS_CogoAzimuthGrid; then at most 20 rounds until the second azimuth is met
-/// within 0.01 arc second, or its line within 1e-7 m. The smaller the angle between the lines, the
-/// less a round gains: below about 20 degrees a far intersection is COGO_NotConverged.
+/// within 0.01 arc second, or its line within 1e-7 m.
 cogo_Result cogo_AzimuthAzimuthIntersect (position& firstPoint, double firstAzimuth,
                                           position& secondPoint, const Transform& transform,
                                           double secondAzimuth, position& out,

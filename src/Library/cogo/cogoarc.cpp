@@ -154,23 +154,25 @@ cogo_Result cogo_TangentArc (position& intersection, const Transform& transform,
 void cogo_IntersectionHeight (position& first, position& second, position& intersection,
                               const Transform& transform, coordsys_CogoSettings mask) {
   Assert (mask != 0, "!system.IsNull()");
-  if (!cogoframe_IsEllipsoid (transform, mask)) {
-    // The mean of two elevations is one, whatever lies between grid and ellipsoid.
+  // The mean of two elevations is one, whatever lies between grid and ellipsoid.
+  const bool isOnGrid = !cogoframe_IsEllipsoid (transform, mask);
+  const double mean = cogo_MeanHeight (first, second, transform, mask);
+  const auto isFlat = [&] (position& end) {
+    return isOnGrid ? end.GetCogoGrid (transform).NullVertical ()
+                    : cogoframe_Geodetic (end, transform, mask).NullVertical ();
+  };
+  const bool isHorizontalOnly = isFlat (first) || isFlat (second);
+  if (isHorizontalOnly && cogo_IsScaleOnly (transform)) return;
+  if (isOnGrid) {
     coord_CogoGrid grid = intersection.GetCogoGrid (transform);
-    const double mean = maths_Divide (maths_Add (first.GetCogoGrid (transform).Elevation,
-                                                 second.GetCogoGrid (transform).Elevation),
-                                      2.0);
-    if (maths_IsNull (mean)) return;
     grid.Elevation = mean;
     cogoframe_LoadGrid (intersection, grid, intersection, transform);
-    return;
+  } else {
+    cogo_CopyHeight (first, intersection, transform, mask);  // or it may have no geodetic form
+    coord_Local coordinate = cogoframe_Geodetic (intersection, transform, mask);
+    coordinate.Height = mean;
+    cogoframe_LoadGeodetic (intersection, coordinate, intersection, transform, mask);
   }
-  const bool isHorizontalOnly =
-      first.GetLocal (transform).NullVertical () || second.GetLocal (transform).NullVertical ();
-  cogo_CopyHeight (first, intersection, transform, mask);  // or it may have no geodetic form
-  coord_Local coordinate = cogoframe_Geodetic (intersection, transform, mask);
-  coordinate.Height = cogo_MeanHeight (first, second, transform, mask);
-  cogoframe_LoadGeodetic (intersection, coordinate, intersection, transform, mask);
   intersection.HorizontalOnly = isHorizontalOnly;
   intersection.DropHeights ();
 }

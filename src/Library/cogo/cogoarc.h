@@ -51,7 +51,9 @@ cogo_Result cogo_TangentArc (position& intersection, const Transform& transform,
                              position& second, dbentity_ArcDirection& direction,
                              coordsys_CogoSettings mask);
 
-/// Gives the intersection point of an arc's tangents the mean height of the arc's ends.
+/// Gives the intersection point of an arc's tangents the mean height of the arc's ends, in the form
+/// that the mask's distances name. Where an end has no height the intersection is HorizontalOnly;
+/// on a scale-only transform it then stays as it is.
 void cogo_IntersectionHeight (position& first, position& second, position& intersection,
                               const Transform& transform, coordsys_CogoSettings mask);
 
@@ -61,10 +63,11 @@ using cogoarc_PointLookUp = std::function<bool (const Str& name, position& out)>
 /// Solves a stored arc: from its keyed fields, by its Method, it fills in the others, and gives its
 /// first and second point, its centre, the intersection of its end tangents and the azimuth from
 /// the centre to the first point. mask may be 0: then cogo_SystemFor chooses one for each pair of
-/// positions. Answers 1 (COGO_NoBracket) for a point that cannot be found or a keyed number that is
-/// null, COGO_RadiiDiffer when the ends lie at different distances from the centre (0.001 m or
-/// more), and otherwise what the operations that it stands on answer. Asserts "jobfile" when there
-/// is no look-up, and "Invalid method" for a method outside the enumeration; both answer 1.
+/// positions. Returns 1 (COGO_NoBracket) for a point that cannot be found, a keyed number that is
+/// null and, between two tangents, a radius of 0 or below; COGO_RadiiDiffer when the ends lie at
+/// different distances from the centre (0.001 m or more); otherwise the code of the operation that
+/// failed. Asserts "jobfile" when there is no look-up, and "Invalid method" for a method outside
+/// the enumeration; both return 1.
 cogo_Result cogoarc_Solve (const cogoarc_PointLookUp& lookUp, const Transform& transform,
                            db_Arc& arc, position& first, position& second, position& centre,
                            position& intersection, double& centreAzimuth,

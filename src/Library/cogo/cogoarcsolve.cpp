@@ -107,7 +107,7 @@ class Solver {
 
   cogo_Result IPAndTangents () {
     if (maths_IsNull (Arc.BackwardTangent) || maths_IsNull (Arc.TangentAtStart) ||
-        maths_IsNull (Arc.Radius))
+        maths_IsNull (Arc.Radius) || Arc.Radius <= 0.0)
       return notSolvable;
     Intersection = First;
     const cogo_Result result = cogo_TangentArc (

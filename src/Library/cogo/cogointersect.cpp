@@ -120,9 +120,30 @@ class TangentPlane {
   std::unique_ptr<Transform> _transform;
 };
 
-// Where two geodesics meet. The unknown is the way along the first, negative behind its point; the
-// way off the second at its end corrects it, in at most 20 rounds, until the end lies on the second
-// within 0.01 arc second as seen from the second point, or within a ten-thousandth of a millimetre.
+// The line on the ellipsoid from one point to another: azimuth at the start, length, and the growth
+// of the azimuth from start to end.
+struct EllipsoidLine {
+  double azimuth, distance, turn;
+};
+
+EllipsoidLine LineBetween (const coordsys_Ellipsoid& ellipsoid, const coord_Local& from,
+                           double fromW, const coord_Local& to) {
+  EllipsoidLine line{MATHS_Null, MATHS_Null, MATHS_Null};
+  if (to.NullHorizontal ()) return line;
+  const double sine = std::sin (to.Latitude);
+  const double toW = maths_SquareRoot (1.0 - ellipsoid.EccentricitySquared * sine * sine);
+  double mean;
+  cogo_EllipsoidInverse (ellipsoid, from.Latitude, from.Longitude, fromW, to.Latitude, to.Longitude,
+                         toW, mean, line.azimuth, line.distance);
+  line.turn = maths_Multiply (AngleSigned (mean, line.azimuth), 2.0);
+  return line;
+}
+
+// Where two geodesics meet. The unknown is the distance along the first, negative behind its point.
+// Each round moves the end by its offset from the second line divided by the sine of the angle
+// between the lines there. It stops when the offset is below a ten-thousandth of a millimetre, or
+// the end lies on the second line within 0.01 arc second as seen from the second point and the move
+// is below half a millimetre; after 20 rounds 0.01 arc second is enough, else COGO_NotConverged.
 cogo_Result EllipsoidIntersect (position& firstPoint, double firstAzimuth, position& secondPoint,
                                 double secondAzimuth, const Transform& transform, position& out,
                                 coordsys_CogoSettings mask) {
@@ -139,10 +160,6 @@ cogo_Result EllipsoidIntersect (position& firstPoint, double firstAzimuth, posit
       maths_IsNull (secondW) || !cogoframe_IsUsable (ellipsoid))
     return COGO_NullInput;
   if (IsParallel (firstAzimuth, secondAzimuth)) return COGO_Parallel;
-  const auto wAt = [&] (double latitude) {
-    return maths_SquareRoot (1.0 - ellipsoid.EccentricitySquared * std::sin (latitude) *
-                                       std::sin (latitude));
-  };
 
   const TangentPlane plane (first, ellipsoid);
   coord_CogoGrid seedGrid;
@@ -161,33 +178,34 @@ cogo_Result EllipsoidIntersect (position& firstPoint, double firstAzimuth, posit
     seed = cogoframe_Geodetic (onGrid, transform, mask);
   }
 
-  double mean, toSeed, along;
-  cogo_EllipsoidInverse (
-      ellipsoid, first.Latitude, first.Longitude, firstW, seed.Latitude, seed.Longitude,
-      maths_IsNull (seed.Latitude) ? MATHS_Null : wAt (seed.Latitude), mean, toSeed, along);
-  if (maths_IsNull (along)) return COGO_Degenerate;
-  if (!maths_IsNull (toSeed) && AngleSmallest (toSeed, firstAzimuth) > CONSTANT_PiOverTwo)
-    along = -along;
-  const bool growsByOffset = AngleTurn (secondAzimuth, firstAzimuth) > CONSTANT_Pi;
+  const EllipsoidLine toSeed = LineBetween (ellipsoid, first, firstW, seed);
+  if (maths_IsNull (toSeed.distance)) return COGO_Degenerate;
+  const bool isBehind = !maths_IsNull (toSeed.azimuth) &&
+                        AngleSmallest (toSeed.azimuth, firstAzimuth) > CONSTANT_PiOverTwo;
+  double along = isBehind ? -toSeed.distance : toSeed.distance;
   coord_Local candidate = first;
+  bool isOnSecond = false;
   for (int round = 0; round < searchRounds; round++) {
     cogo_EllipsoidDirect (ellipsoid, first.Latitude, first.Longitude, firstAzimuth, along, firstW,
                           candidate.Latitude, candidate.Longitude);
     if (candidate.NullHorizontal ()) return COGO_Degenerate;
-    double found, distance;
-    cogo_EllipsoidInverse (ellipsoid, second.Latitude, second.Longitude, secondW,
-                           candidate.Latitude, candidate.Longitude, wAt (candidate.Latitude), mean,
-                           found, distance);
-    const bool isSecond = distance == 0.0;
-    if (!isSecond && (maths_IsNull (found) || maths_IsNull (distance))) return COGO_Degenerate;
-    const double offset = isSecond ? 0.0 : std::sin (AngleTurn (secondAzimuth, found)) * distance;
-    if (std::abs (offset) < onLine || IsParallel (found, secondAzimuth)) {
-      cogoframe_LoadGeodetic (out, candidate, firstPoint, transform, mask);
-      return COGO_Ok;
-    }
-    along += growsByOffset ? offset : -offset;
+    const EllipsoidLine onFirst = LineBetween (ellipsoid, first, firstW, candidate);
+    const EllipsoidLine onSecond = LineBetween (ellipsoid, second, secondW, candidate);
+    const bool isSecond = onSecond.distance == 0.0;
+    if (!isSecond && (maths_IsNull (onSecond.azimuth) || maths_IsNull (onSecond.distance)))
+      return COGO_Degenerate;
+    const double offset =
+        isSecond ? 0.0 : std::sin (AngleTurn (secondAzimuth, onSecond.azimuth)) * onSecond.distance;
+    const double firstTurn = maths_IsNull (onFirst.turn) ? 0.0 : onFirst.turn;
+    const double secondTurn = isSecond ? 0.0 : onSecond.turn;
+    const double move = offset / std::sin (firstAzimuth + firstTurn - secondAzimuth - secondTurn);
+    isOnSecond = std::abs (offset) < onLine || IsParallel (onSecond.azimuth, secondAzimuth);
+    if (std::abs (offset) < onLine || (isOnSecond && std::abs (move) < COGO_SameDistance)) break;
+    along = maths_NullUnlessFinite (along - move);
   }
-  return COGO_NotConverged;
+  if (!isOnSecond) return COGO_NotConverged;
+  cogoframe_LoadGeodetic (out, candidate, firstPoint, transform, mask);
+  return COGO_Ok;
 }
 
 }  // namespace
@@ -238,7 +256,10 @@ cogo_Result cogo_AzimuthDistanceIntersect (position& start, double azimuth, posi
   // A line that touches may pass by half a millimetre on either side.
   const bool isTouching = cogo_SameDistance (radius, std::abs (offset));
   if (radius < std::abs (offset) && !isTouching) return COGO_NoIntersection;
-  // A geodesic has turned on its way to the foot, so the azimuth there counts.
+  // A geodesic has turned on its way to the foot, so its azimuth there is used. On the plane the
+  // line's own azimuth is exact; the one at the foot comes from coordinates and carries their
+  // rounding.
+  if (!cogoframe_IsEllipsoid (transform, mask)) footAzimuth = azimuth;
   const double backwards = coord_NormaliseTwoPi (footAzimuth + CONSTANT_Pi);
   if (isTouching) {
     first = foot;
@@ -270,11 +291,13 @@ cogo_Result cogo_DistanceDistanceIntersect (position& firstCentre, double firstR
   cogo_CommonHeights (firstCentre, secondCentre, transform, centres[0], centres[1], mask);
   Clear (first, second);
   if (maths_IsNull (firstRadius) || maths_IsNull (secondRadius)) return COGO_NullInput;
-  if (firstRadius < COGO_SameDistance || secondRadius < COGO_SameDistance) return COGO_Degenerate;
+  if (cogo_SameDistance (firstRadius, 0.0) || cogo_SameDistance (secondRadius, 0.0))
+    return COGO_Degenerate;
   double azimuth, d;
   cogo_Inverse (centres[0], centres[1], transform, azimuth, d, mask);
   if (cogo_SameDistance (d, 0.0)) return COGO_Coincident;
   if (maths_IsNull (azimuth) || maths_IsNull (d)) return COGO_NullInput;
+  if (firstRadius < 0.0 || secondRadius < 0.0) return COGO_CirclesApart;  // no point is on it
   if (d + firstRadius < secondRadius || d + secondRadius < firstRadius) return COGO_CircleInside;
   if (firstRadius + secondRadius < d) return COGO_CirclesApart;
 

@@ -26,7 +26,8 @@ bool AnyNull (std::initializer_list<double> values) {
 // A. R. Robbins, "Long lines on the spheroid", Survey Review 16 (125), 1962. phi1 latitude of the
 // start, alpha azimuth, s distance, N prime vertical radius, e2 and e2' squares of the first and
 // second eccentricity (e' its root), sigma the line as an angle, psi the end's latitude as seen
-// along the start's normal.
+// along the start's normal. Delta lambda and psi come from both components of the direction to the
+// end, because an arcsine loses its digits near the poles and cannot exceed a quarter turn.
 void cogo_EllipsoidDirect (const coordsys_Ellipsoid& ellipsoid, double phi1, double lambda1,
                            double alpha, double s, double W, double& latitudeOut,
                            double& longitudeOut) {
@@ -44,18 +45,19 @@ void cogo_EllipsoidDirect (const coordsys_Ellipsoid& ellipsoid, double phi1, dou
                 sigma4 * sigma0 * g * h / 48.0);
   const double sinPsi =
       std::cos (sigma) * std::sin (phi1) + std::cos (phi1) * std::cos (alpha) * std::sin (sigma);
-  const double psi = maths_ArcSin (sinPsi);
-  const double deltaLambda =
-      maths_ArcSin (maths_Divide (std::sin (sigma) * std::sin (alpha), maths_Cos (psi)));
-  if (AnyNull ({psi, deltaLambda})) return;
+  const double eastward = std::sin (sigma) * std::sin (alpha);
+  const double outward =
+      std::cos (sigma) * std::cos (phi1) - std::sin (phi1) * std::sin (sigma) * std::cos (alpha);
+  const double cosPsi = std::hypot (eastward, outward);
+  const double deltaLambda = std::atan2 (eastward, outward);
   const double rise = sinPsi - std::sin (phi1);
   const double k = 1.0 + ellipsoid.HalfSecondEccentricitySquared * rise * rise;
   // tan (phi2) = (1 - e2 k sin (phi1) / sin (psi)) (1 + e2') tan (psi), multiplied out so that an
   // end on the equator needs no case of its own.
   const double phi2 = std::atan2 ((sinPsi - ellipsoid.EccentricitySquared * k * std::sin (phi1)) *
                                       ellipsoid.OnePlusSecondEccentricitySquared,
-                                  std::cos (psi));
-  if (!std::isfinite (phi2)) return;
+                                  cosPsi);
+  if (!std::isfinite (phi2) || !std::isfinite (deltaLambda)) return;
   latitudeOut = coord_NormalisePlusMinusPiOverTwo (phi2);
   longitudeOut = coord_NormalisePlusMinusPi (lambda1 + deltaLambda);
 }

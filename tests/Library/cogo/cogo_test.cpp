@@ -267,6 +267,14 @@ TEST_F (Cogo, IntersectsLinesAndCirclesOnThePlane) {
         << c.name;
     ExpectTwo (one, two, *plane, c.north1, c.east1, c.north2, c.east2, c.name);
   }
+  // Over 0.2 m from the start to the foot, large coordinates carry a poor azimuth.
+  position start = At (*plane, 5e6, 4e5), centre = At (*plane, 5e6 + 0.12 - 8, 4e5 + 0.16 + 6);
+  position one, two;
+  ASSERT_EQ (cogo_AzimuthDistanceIntersect (start, std::atan2 (4.0, 3.0), centre, *plane,
+                                            std::hypot (10, 2000), one, two, grid),
+             COGO_Ok);
+  ExpectGrid (one, *plane, 5e6 + 0.12 + 1200, 4e5 + 0.16 + 1600, 0, "ahead", 5e-9);
+  ExpectGrid (two, *plane, 5e6 + 0.12 - 1200, 4e5 + 0.16 - 1600, 0, "behind", 5e-9);
 }
 
 TEST_F (Cogo, IntersectsTwoCirclesOnThePlane) {
@@ -285,6 +293,7 @@ TEST_F (Cogo, IntersectsTwoCirclesOnThePlane) {
                         Case{"about", 20, 30, 5, COGO_CircleInside, null, null, null},
                         Case{"one centre", 0, 5, 5, COGO_Coincident, null, null, null},
                         Case{"no circle", 20, 0, 25, COGO_Degenerate, null, null, null},
+                        Case{"a radius below 0", 20, -5, 25, COGO_CirclesApart, null, null, null},
                         Case{"no radius", 20, 5, null, COGO_NullInput, null, null, null},
                         Case{"no centre", null, 5, 5, COGO_NullInput, null, null, null}}) {
     position a = At (*plane, 0, 0, 7), b = At (*plane, 0, c.east, 7), one, two;
@@ -333,6 +342,8 @@ TEST_F (Cogo, IntersectsOnTheEllipsoid) {
   const Site b{47.615447501449275, 8.296205727595312, 180 - 50.150391680876012, 20000};
   const Site c{47.527831657571156, 8.653924850781999, 180 + 75.113510592111766, 12000};
   const Site d{47.576059739366407, 8.540914380734131, 180 + 20.030183593118487, 9000};
+  const Site e{47.255321833900723, 8.332500605778987, 24.876748075628566, 30000};
+  const Site f{47.247166684744926, 8.361221108087667, 20.397888310698587, 30000};
   for (const coordsys_CogoSettings mask : {wgs84, local}) {
     const auto at = [&] (const Site& s) {
       return AtDegrees (*mercator, mask, s.latitude, s.longitude, 300);
@@ -348,14 +359,15 @@ TEST_F (Cogo, IntersectsOnTheEllipsoid) {
                                               one, two, mask),
                COGO_Ok);
     EXPECT_NEAR (std::min (fromX (one), fromX (two)), 0, 2e-3);
-    // Ahead of both; behind the first; behind the second; opposite directions; too flat for the
-    // part of 1 - sin (0.4 degrees) that is left of the way off the second line by each round.
+    // Ahead of both; behind the first; behind the second; lines that meet at 5 and at 0.5 degrees;
+    // opposite directions.
     for (const auto& [from, azimuth1, to, azimuth2, result] :
          {std::tuple (a, a.azimuthToX, c, c.azimuthToX, COGO_Ok),
           std::tuple (b, b.azimuthToX + 180, c, c.azimuthToX, COGO_Ok),
           std::tuple (b, b.azimuthToX, d, d.azimuthToX + 180, COGO_Ok),
-          std::tuple (a, 57.0, b, 237.0, COGO_Parallel),
-          std::tuple (a, 0.0, c, 0.4, COGO_NotConverged)}) {
+          std::tuple (a, a.azimuthToX, e, e.azimuthToX, COGO_Ok),
+          std::tuple (f, f.azimuthToX, a, a.azimuthToX, COGO_Ok),
+          std::tuple (a, 57.0, b, 237.0, COGO_Parallel)}) {
       position first = at (from), second = at (to);
       EXPECT_EQ (cogo_AzimuthAzimuthIntersect (first, azimuth1 * degree, second, *mercator,
                                                azimuth2 * degree, one, mask),
@@ -365,15 +377,15 @@ TEST_F (Cogo, IntersectsOnTheEllipsoid) {
   }
 }
 
-// Over hundreds of kilometres near the pole the line has left the circle's reach before 1.01 radii,
-// and steps of half a bracket do not come within half a millimetre in 20 rounds; nor does the foot
-// of a point 60 degrees off a line. Fifteen degrees from the meridian of the projection a point
-// comes back from the grid a metre beside where it was, and its distances with it.
+// Over hundreds of kilometres near the pole steps of half a bracket do not come within half a
+// millimetre in 20 rounds; nor does the foot of a point 60 degrees off a line. Forward by a grid
+// azimuth far outside the projection's zone ends metres from its distance. Fifteen degrees from the
+// meridian of the projection a point comes back from the grid a metre beside where it was, and its
+// distances with it.
 TEST_F (Cogo, GivesUpOnWhatIsAsLargeAsTheEarthBends) {
   position one, two;
   for (const auto& [latitude, azimuth, toLatitude, result] :
-       {std::tuple (80.0, 0.0, 86.0, COGO_NoBracket),
-        std::tuple (88.0, 90.0, 84.0, COGO_NotConverged),
+       {std::tuple (80.0, 0.0, 86.0, COGO_Ok), std::tuple (88.0, 90.0, 84.0, COGO_NotConverged),
         std::tuple (0.0, 0.0, 8.0, COGO_NullInput)}) {
     position start = AtDegrees (*mercator, wgs84, latitude, 10);
     position centre = AtDegrees (*mercator, wgs84, toLatitude, 18);
@@ -381,8 +393,15 @@ TEST_F (Cogo, GivesUpOnWhatIsAsLargeAsTheEarthBends) {
     EXPECT_EQ (cogo_AzimuthDistanceIntersect (start, azimuth * degree, centre, *mercator, radius,
                                               one, two, wgs84),
                result);
-    EXPECT_TRUE (one.Original == COORD_NullType && two.Original == COORD_NullType);
+    for (const position& found : {one, two})
+      if (result == COGO_Ok)
+        EXPECT_NEAR (Inverse (found, centre, *mercator, wgs84).along, radius, 5e-4);
+      else
+        EXPECT_EQ (found.Original, COORD_NullType);
   }
+  position outside = AtDegrees (*mercator, local, 0, 60);
+  cogo_Forward (outside, *mercator, 2.0, 500e3, 0, outside, ofJob);
+  EXPECT_TRUE (outside.GetLocal (*mercator).NullHorizontal ());
   const Against far = AgainstLine (*mercator, AtDegrees (*mercator, wgs84, 0, 0), pi / 2, 0, null,
                                    null, AtDegrees (*mercator, wgs84, 60, 3), wgs84);
   EXPECT_TRUE (far.result == COGO_NotConverged && far.IsCleared ());

@@ -137,6 +137,20 @@ TEST_F (Arc, FitsBetweenTwoTangentsOnTheEllipsoid) {
   }
 }
 
+TEST_F (Arc, GivesTheIntersectionTheMeanHeightOfItsEnds) {
+  const auto mercator = Mercator ();
+  for (const coordsys_CogoSettings mask : {grid, ofJob, onWGS84, local, wgs84})
+    for (const auto& [low, mean] : {std::pair (200.0, 250.0), std::pair (null, null)}) {
+      position first = AtDegrees (*mercator, mask, 47.1, 8.1, 300), corner = first;
+      position second = AtDegrees (*mercator, mask, 47.2, 8.2, low);
+      if (mask == grid) second = At (*mercator, 210000, 610000, low);
+      cogo_IntersectionHeight (first, second, corner, *mercator, mask);
+      EXPECT_EQ (corner.HorizontalOnly, maths_IsNull (low)) << mask;
+      ExpectNear (corner.GetCogoGrid (*mercator).Elevation, mean, 1e-9, std::to_string (mask));
+      EXPECT_FALSE (corner.GetCogoGrid (*mercator).NullHorizontal ()) << mask;
+    }
+}
+
 // Seven hundred metres' radius about C = (1000, 2000), from S in the azimuth 0.4 to E in 1.3, both
 // seen from C; P lies in between in 0.9, I is where the tangents meet.
 class ArcSolver : public Arc {
@@ -278,6 +292,8 @@ TEST_F (ArcSolver, TellsWhyItCannot) {
                         Case{1, "S", "", "", &A::Length, 4900, COGO_NoBracket},  // more than a turn
                         Case{2, "S", "", "", &A::ScribedAngle, null, COGO_NoBracket},
                         Case{3, "I", "", "", &A::TangentAtStart, null, COGO_NoBracket},
+                        Case{3, "I", "", "", &A::Radius, 0, COGO_NoBracket},
+                        Case{3, "I", "", "", &A::Radius, -700, COGO_NoBracket},
                         Case{4, "S", "2 mm off E", "C", &A::Radius, 0, COGO_RadiiDiffer},
                         Case{4, "S", "near E", "C", &A::Radius, 0, COGO_Ok},
                         Case{5, "S", "E", "on the chord", &A::Radius, 0, COGO_Parallel},

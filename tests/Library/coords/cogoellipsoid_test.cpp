@@ -46,7 +46,9 @@ TEST (EllipsoidLines, RunAlongTheNormalSectionForAsLongAsTheGeodesic) {
                         Case{0, 20, 1000000, 0.0, 28.98315284119521, 1e-3},
                         Case{10, 20, 1000000, 0.95731790712852, 20.0, 5e-3},
                         Case{-5, 100, 600000, 0.34408477713242, 100.93461426352304, 1e-3},
-                        Case{78, 15, 300000, 78.17134207938082, 28.01253144963676, 1e-3}}) {
+                        Case{78, 15, 300000, 78.17134207938082, 28.01253144963676, 1e-3},
+                        Case{89.99, 10, 5000, 89.96355051487009, 152.1155265231319, 1e-6},
+                        Case{-89.995, -170, 5000, -89.95989681480363, 32.44397679101166, 1e-6}}) {
     const double phi = c.latitude * degree, lambda = c.longitude * degree, w = W (wgs84, phi);
     const double phi2 = c.toLatitude * degree, lambda2 = c.toLongitude * degree;
     const double azimuth = NormalSection (wgs84, phi, lambda, phi2, lambda2);
