@@ -16,6 +16,7 @@ struct DoubleStereographic {
   csib_Status Read (csib_Block& block, csib_Bytes& in) noexcept {
     const csib_ProjectionFrame frame (block);
     sphere.Set (frame.a, frame.b, frame.latitude);
+    if (sphere.IsPolar ()) return CSIB_LatitudeOutOfRange;
     k0 = frame.scale;
     lambda0 = frame.longitude;
     plane = {2.0 * sphere.R * k0, sphere.sin0, sphere.cos0};

@@ -10,6 +10,8 @@ namespace {
 //   n     cone constant
 //   aF    radius of the equator's circle times the scale, metres; it has the sign of n
 //   rho   radius of a parallel, metres; it has the sign of n
+// The isometric latitude is infinite at the poles, so that they need cases of their own: one is the
+// apex of the cone, the other has no point on the map.
 struct Lambert {
   static constexpr double coneLimit = 0.999999999999999;
 
@@ -37,25 +39,29 @@ struct Lambert {
     const double phi1 =
         parallels == 2 ? csib_ProjectionFrame::NaNUnlessKnown (first) : frame.latitude;
     const double phi2 = parallels == 2 ? csib_ProjectionFrame::NaNUnlessKnown (second) : phi1;
-    const double psi1 = isometric.Of (phi1);
-    const double m1 = isometric.M (phi1);
     n = std::sin (phi1);
-    if (std::abs (phi2 - phi1) >= 1e-10 || std::isnan (phi2))
-      n = std::log (m1 / isometric.M (phi2)) / (isometric.Of (phi2) - psi1);
-    // At a pole the cone is a plane: its limit in place of a zero times an infinity, the origin at
-    // the pole in place of an isometric latitude that is none.
-    double scaledOrigin = n * isometric.Of (frame.latitude);
-    if (std::abs (n) > coneLimit) {
-      const double k = frame.scale;
-      aF = 2.0 * a * k * std::exp (-isometric.Eccentric (1.0)) / std::sqrt (1.0 - isometric.e2);
-      aF = std::copysign (aF, n);
-      n = std::copysign (1.0, n);
-      if (parallels == 1) scaledOrigin = 1e20;
-    } else {
-      aF = a * frame.scale * m1 * std::exp (n * psi1) / n;
-    }
-    rho0 = aF * std::exp (-scaledOrigin);
+    if (IsPole (phi1) != IsPole (phi2))
+      n = std::copysign (1.0, IsPole (phi1) ? phi1 : phi2);
+    else if (std::abs (phi2 - phi1) >= 1e-10 || std::isnan (phi2))
+      n = std::log (isometric.M (phi1) / isometric.M (phi2)) /
+          (isometric.Of (phi2) - isometric.Of (phi1));
+    const double trueAt = IsPole (phi1) ? phi2 : phi1;  // a parallel of the scale
+    const bool isPlane = std::abs (n) > coneLimit;
+    if (isPlane) n = std::copysign (1.0, n);
+    if (std::abs (std::sin (trueAt)) > coneLimit)  // the limit of a zero times an infinity
+      aF = 2.0 * a * frame.scale * std::exp (-isometric.Eccentric (1.0)) /
+           std::sqrt (1.0 - isometric.e2) / n;
+    else
+      aF = a * frame.scale * isometric.M (trueAt) * std::exp (n * isometric.Of (trueAt)) / n;
+    rho0 = isPlane && parallels == 1 ? 0.0 : Rho (frame.latitude);
     return in.Status ();
+  }
+
+  static bool IsPole (double phi) noexcept { return std::abs (phi) >= std::numbers::pi / 2.0; }
+
+  double Rho (double phi) const noexcept {
+    if (!IsPole (phi)) return aF * std::exp (-n * isometric.Of (phi));
+    return std::signbit (phi) == std::signbit (n) ? 0.0 : std::numeric_limits<double>::infinity ();
   }
 
   void Write (csib_Writer& out) const noexcept {
@@ -66,7 +72,7 @@ struct Lambert {
   }
 
   void Forward (double phi, double lambda, double& north, double& east) const noexcept {
-    const double rho = aF * std::exp (-n * isometric.Of (phi));
+    const double rho = Rho (phi);
     const double theta = n * csib_WithinPi (lambda - lambda0);
     north = rho0 - rho * std::cos (theta);
     east = rho * std::sin (theta);
@@ -80,6 +86,8 @@ struct Lambert {
   }
 
   double Scale (double phi, double) const noexcept {
+    if (IsPole (phi) && n != std::copysign (1.0, phi))
+      return std::numeric_limits<double>::infinity ();
     return n * aF * std::exp (-n * isometric.Of (phi)) / (a * isometric.M (phi));
   }
 

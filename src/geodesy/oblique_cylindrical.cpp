@@ -20,6 +20,7 @@ struct ObliqueCylindrical {
   csib_Status Read (csib_Block& block, csib_Bytes& in) noexcept {
     const csib_ProjectionFrame frame (block);
     sphere.Set (frame.a, frame.b, frame.latitude);
+    if (sphere.IsPolar ()) return CSIB_LatitudeOutOfRange;
     k0 = frame.scale;
     R = sphere.R * k0;
     lambda0 = frame.longitude;

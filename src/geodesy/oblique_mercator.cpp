@@ -77,6 +77,9 @@ struct ObliqueMercator {
     const auto known = [this] (std::size_t i) {
       return csib_ProjectionFrame::NaNUnlessKnown (stored[i]);
     };
+    // An azimuth and its opposite are one line. The arcsines below give the one within a quarter
+    // turn of north, so both azimuths are taken there.
+    const auto folded = [&] { return std::remainder (known (0), std::numbers::pi); };
     double alphaC = 0.0;
     double gamma0 = 0.0;
     if (kind == TwoPoints) {
@@ -93,10 +96,10 @@ struct ObliqueMercator {
       alphaC = ArcSine (D * std::sin (gamma0));
     } else {
       if (kind == GridAzimuth) {
-        gamma0 = known (0);
+        gamma0 = folded ();
         alphaC = ArcSine (D * std::sin (gamma0));
       } else {
-        alphaC = known (0);
+        alphaC = folded ();
         gamma0 = std::asin (std::sin (alphaC) / D);
       }
       const double G = (F - 1.0 / F) / 2.0;

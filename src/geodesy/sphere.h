@@ -34,6 +34,10 @@ struct csib_GaussSphere {
     R = a * std::sqrt (1.0 - e2) / (1.0 - e2 * s * s);
   }
 
+  /// True for an origin at a pole: the isometric latitude is infinite there and the mapping has no
+  /// constant K.
+  bool IsPolar () const noexcept { return std::isinf (K); }
+
   /// Sine and cosine of the latitude b on the sphere.
   void Forward (double phi, double& sinB, double& cosB) const noexcept {
     const double psi = alpha * isometric.Of (phi) + K;

@@ -95,6 +95,12 @@ const std::vector<System>& Systems () {
       {"Lambert at the south pole", CSIB_Lambert, WGS84, -90, 0, 2e6, 2e6, 0.994,
        Parameters ({1}), 0.001,
        {{-85, -150, 1518959.78834, 1722271.30431}}},
+      {"Lambert, two parallels, about a pole", CSIB_Lambert, WGS84, 90, 10, 0, 0, 1,
+       Parameters ({2}, {20 * radian, 30 * radian}), 0.001,
+       {{50, 20, -10725709.64036, 793610.04785}, {25, -10, -13468338.53657, -2004053.52464}}},
+      {"Lambert, two parallels, about the south pole", CSIB_Lambert, WGS84, -90, 10, 0, 0, 1,
+       Parameters ({2}, {-10 * radian, -20 * radian}), 0.001,
+       {{-50, 20, 19521842.06306, 883602.62967}}},
       {"Mercator with a scale, EPSG 9804", CSIB_Mercator, Bessel, 0, 110, 900000, 3900000,
        0.997, {}, 0.01,
        {{-3, 120, 569150.82, 5009726.58}}},
@@ -131,6 +137,9 @@ const std::vector<System>& Systems () {
       {"Hotine in the south, rectified", CSIB_ObliqueMercator, International, -20, 46, 0, 0,
        0.9995, Parameters ({0, 1, 1}, {25 * radian}), 0.001,
        {{-13, 49.5, 770776.15287, 380391.73995}, {-25, 45, -553759.98053, -101215.97399}}},
+      {"Hotine, an azimuth and its opposite are one line", CSIB_ObliqueMercator, International,
+       -20, 46, 0, 0, 0.9995, Parameters ({0, 1, 1}, {100 * radian}), 0.001,
+       {{-13, 49.5, 772605.79601, 382151.89559}, {-25, 45, -554469.88690, -101166.99599}}},
       {"Hotine of two points", CSIB_ObliqueMercator, Clarke1866, 40, 0, 0, 0, 0.9996,
        Parameters ({2, 1, 1}, {47.5 * radian, -122.3 * radian, 25.7 * radian, -80.2 * radian}),
        0.001,
@@ -426,6 +435,34 @@ TEST_F (ProjectionRules, AnswerAtTheirOrigins) {
   ASSERT_EQ (block.Projection->forward (block, At (block.OriginLatitude, 1.0), grid), CSIB_Ok);
   EXPECT_NEAR (grid.North, 0.0, 1e-8);
   EXPECT_NEAR (grid.East, 0.0, 1e-8);
+}
+
+// Figures by cct of PROJ 9.1.1.
+TEST_F (ProjectionRules, TakeThePolesExactly) {
+  const double pole = 90 * radian;
+  Open ({"",
+         CSIB_Lambert,
+         WGS84,
+         15,
+         10,
+         0,
+         0,
+         1,
+         Parameters ({2}, {10 * radian, 20 * radian}),
+         0,
+         {}});
+  csib_Grid grid;
+  ASSERT_EQ (block.Projection->forward (block, At (pole, 0.6), grid), CSIB_Ok);
+  EXPECT_NEAR (grid.North, 23687921.74577, 1e-4);
+  EXPECT_EQ (grid.East, 0.0);
+  EXPECT_EQ (block.Projection->forward (block, At (-pole, 0.6), grid), CSIB_NoProjectionOperation);
+  for (const csib_ProjectionCode code :
+       {CSIB_DoubleStereographic, CSIB_ObliqueConformalCylindrical})
+    for (const double latitude : {pole, -pole}) {
+      block.OriginLatitude = latitude;
+      csib_Bytes none ({});
+      EXPECT_EQ (csib_ProjectionTable (code)->read (block, none), CSIB_LatitudeOutOfRange);
+    }
 }
 
 TEST_F (ProjectionRules, HoldTheDanishTablesToTheirAreas) {
