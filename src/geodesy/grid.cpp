@@ -1,6 +1,5 @@
 // Opening grids, and their form inside a coordinate system block.
-// Decides whether a header is believed; the look-up then trusts what stands in the grid. Leans on
-// csib_bytes and platform/file.
+// Checks every header; the look-up relies on it. Uses csib_bytes and platform/file.
 //
 // A grid is 146 bytes of header and rows x columns elements, in either byte order:
 //     0   2  not examined
@@ -16,16 +15,15 @@
 //            32 and 64 bits), 32 (10 bytes, the first 8 a double)
 //   142   1  direction of the outer (slow) axis, bit 0 set when it ascends; 143 of the inner one
 //
-// What is believed:
-// 1. The magic stands there.
-// 2. Rows as it stands is 0 to 10000, or else the bytes are in the other order, unless that gives
-//    more rows still; both counts are at least 1, and their product fits a file.
+// A header is accepted when:
+// 1. The magic is there.
+// 2. Rows as stored is 0 to 10000, or else the bytes are in the other order, unless that gives
+//    even more rows; both counts are at least 1, and their product fits a file.
 // 3. An element bit is set; the order is one that the method can use, within both counts.
-// 4. Bounds and spacings are finite, the spacing is positive, and bounds, spacing and count of an
-//    axis agree to within one spacing: a place between the bounds is then never far from a node,
-//    and every conversion of it to a whole number is safe.
+// 4. Bounds and spacings are finite and the spacings positive. Bounds that do not fit spacing and
+//    count, or are exchanged, are accepted: the look-up keeps to the nodes that there are.
 // 5. A divisor, where one is used, is finite and not zero.
-// 6. The source holds all elements.
+// 6. The source has all elements.
 #include "geodesy/grid.h"
 
 #include <algorithm>
@@ -54,10 +52,8 @@ bool IsSwapped (int32_t rows) noexcept {
   return !isRows (rows) && (isRows (turned) || rows < 0 || (turned > 0 && turned < rows));
 }
 
-bool IsAxis (double low, double high, double spacing, int32_t nodes) noexcept {
-  if (!std::isfinite (low) || !std::isfinite (high) || !std::isfinite (spacing)) return false;
-  if (!(low < high) || !(spacing > 0.0)) return false;
-  return std::abs ((high - low) / spacing - (nodes - 1)) <= 1.001;
+bool IsAxis (double low, double high, double spacing) noexcept {
+  return std::isfinite (low) && std::isfinite (high) && std::isfinite (spacing) && spacing > 0.0;
 }
 
 datum_GridMethod MethodOf (uint8_t flags) noexcept {
@@ -110,26 +106,29 @@ csib_Status TakeHeader (datum_Grid& grid, Header bytes) {
     return CSIB_WrongFormat;
   if (grid.Method == DATUM_Bilinear) grid.Order = 2;
   if (grid.Order > grid.Columns || grid.Order > grid.Rows) return CSIB_WindowTooLarge;
-  if (grid.Order < (grid.Method == DATUM_Biquadratic ? 3 : 2) || grid.Order > DATUM_LargestOrder)
-    return CSIB_UnknownInterpolation;
-  if (!IsAxis (grid.LatMin, grid.LatMax, grid.LatSpacing, grid.Rows) ||
-      !IsAxis (grid.LonMin, grid.LonMax, grid.LonSpacing, grid.Columns))
+  if (grid.Order < 2 || grid.Order > DATUM_LargestOrder) return CSIB_UnknownInterpolation;
+  grid.Needed = grid.Order;
+  if (grid.Method == DATUM_Biquadratic && std::min (grid.Rows, grid.Columns) > 2)
+    grid.Needed = std::max (grid.Order, 3);
+  if (!IsAxis (grid.LatMin, grid.LatMax, grid.LatSpacing) ||
+      !IsAxis (grid.LonMin, grid.LonMax, grid.LonSpacing))
     return CSIB_WrongFormat;
   if (grid.Has (DATUM_HasDivisor) && (!std::isfinite (grid.Divisor) || grid.Divisor == 0.0))
     return CSIB_WrongFormat;
   return CSIB_Ok;
 }
 
-csib_Status MakeWindow (datum_Grid& grid) {
-  grid.Window = std::min ({UsualWindow, grid.Columns, grid.Rows});
-  grid.Window = std::max (grid.Window, grid.Order);
-  if (grid.Window % 2 == 0 && grid.Window > grid.Order) grid.Window--;
-  grid.HalfWindow = grid.Window / 2;
-  const auto side = static_cast<std::size_t> (grid.Window);
-  const auto order = static_cast<std::size_t> (grid.Order);
+csib_Status MakeWorkSpace (datum_Grid& grid) {
+  const auto order = static_cast<std::size_t> (grid.Needed);
   try {
-    grid.Cells.resize (side * side);
-    if (grid.InFile) grid.LineBuffer.resize (side * grid.ElementSize);
+    if (grid.Image.empty ()) {
+      grid.Window = std::min ({UsualWindow, grid.Columns, grid.Rows});
+      grid.Window = std::max (grid.Window, grid.Needed);
+      if (grid.Window % 2 == 0 && grid.Window > grid.Needed) grid.Window--;
+      const auto side = static_cast<std::size_t> (grid.Window);
+      grid.Cells.resize (side * side);
+      grid.LineBuffer.resize (side * grid.ElementSize);
+    }
     if (grid.Method == DATUM_Bilinear) return CSIB_Ok;
     grid.ColumnWeights.resize (order);
     grid.RowWeights.resize (order);
@@ -145,7 +144,7 @@ csib_Status MakeWindow (datum_Grid& grid) {
   return CSIB_Ok;
 }
 
-// Turns all numbers of an image round.
+// Turns all numbers of an image into this machine's order.
 void TurnImage (datum_Grid& grid) noexcept {
   const auto turn = [&grid] (std::size_t place, std::size_t size) {
     uint8_t* const first = grid.Image.data () + place;
@@ -160,11 +159,29 @@ void TurnImage (datum_Grid& grid) noexcept {
   const std::size_t size = grid.ElementSize;
   for (std::size_t place = DATUM_GridHeaderSize; place < grid.FileSize (); place += size)
     turn (place, size);
+  grid.Swapped = false;
+}
+
+// Reads a grid that is small enough into memory, in the file's own order, and closes the file.
+csib_Status ReadImage (datum_Grid& grid) {
+  const std::size_t size = grid.FileSize ();
+  if (size > DATUM_LargestInMemory) return CSIB_Ok;
+  try {
+    grid.Image.resize (size + DATUM_GridSpareSize);
+  } catch (const std::bad_alloc&) {
+    return CSIB_Ok;
+  }
+  const auto wanted = static_cast<uint32_t> (size);
+  uint32_t got = 0;
+  grid.File.Seek (grid.BaseOffset);
+  if (!grid.File.Read (grid.Image.data (), wanted, &got) || got != wanted) return CSIB_WrongFormat;
+  grid.File.Close ();
+  return CSIB_Ok;
 }
 
 csib_Status OpenFile (datum_Grid& grid, std::string_view path, uint32_t offset) {
   if (path.empty ()) return CSIB_NameMissing;
-  grid.InFile = true;
+  grid.IsByPath = true;
   grid.FileName = path;
   grid.BaseOffset = offset;
   if (!grid.File.Open (Str (path), FILE_Read)) return CSIB_FileNotOpened;
@@ -173,10 +190,11 @@ csib_Status OpenFile (datum_Grid& grid, std::string_view path, uint32_t offset) 
   grid.File.Seek (offset);
   if (!grid.File.Read (header.data (), header.size (), &got) || got != header.size ())
     return CSIB_HeaderUnreadable;
-  const csib_Status status = TakeHeader (grid, header);
+  csib_Status status = TakeHeader (grid, header);
   if (status != CSIB_Ok) return status;
   if (grid.FileSize () > grid.File.GetSize () - offset) return CSIB_WrongFormat;
-  return MakeWindow (grid);
+  status = ReadImage (grid);
+  return status == CSIB_Ok ? MakeWorkSpace (grid) : status;
 }
 
 csib_Status OpenImage (datum_Grid& grid, csib_Bytes& source) {
@@ -190,7 +208,7 @@ csib_Status OpenImage (datum_Grid& grid, csib_Bytes& source) {
   if (!source.IsGood ()) return source.Status ();
   grid.Image.assign (header.data (), header.data () + size);
   if (grid.Swapped) TurnImage (grid);
-  return MakeWindow (grid);
+  return MakeWorkSpace (grid);
 }
 
 template <class Opener>
@@ -206,7 +224,7 @@ csib_Status Open (std::unique_ptr<datum_Grid>& grid, Opener opener) {
   }
 }
 
-// The grid's bytes out of its file, in the file's own order.
+// Copies the grid's bytes out of its file, in the file's own order.
 csib_Status CopyFile (datum_Grid& grid, csib_Writer& out) {
   std::array<uint8_t, 4096> piece;
   grid.File.Seek (grid.BaseOffset);
@@ -255,12 +273,10 @@ csib_Status datum_GridWrite (datum_Grid& grid, csib_Writer& out, csib_StorageMod
   if (mode == CSIB_Embedded && grid.FileSize () > DATUM_LargestEmbedded) return CSIB_FileTooLong;
   out.Text (grid.FileName);
   if (mode == CSIB_Embedded) {
-    if (grid.InFile) {
-      const csib_Status status = CopyFile (grid, out);
-      if (status != CSIB_Ok) return status;
-    } else {
-      out.Bytes (grid.Image);
-    }
+    const bool isInMemory = !grid.Image.empty ();
+    if (isInMemory) out.Bytes (grid.Image);
+    const csib_Status status = isInMemory ? CSIB_Ok : CopyFile (grid, out);
+    if (status != CSIB_Ok) return status;
   }
   return out.IsGood () ? CSIB_Ok : CSIB_HeaderUnreadable;
 }

@@ -22,6 +22,8 @@ inline constexpr std::size_t DATUM_GridHeaderSize = 146;
 inline constexpr std::size_t DATUM_GridSpareSize = 16;
 /// The largest file, header and elements, that is written embedded.
 inline constexpr std::size_t DATUM_LargestEmbedded = 65533;
+/// The largest grid of a file, header and elements, that is read into memory when it is opened.
+inline constexpr std::size_t DATUM_LargestInMemory = 64 * 1024 * 1024;
 /// The largest number of nodes an axis that an interpolation may ask for: it bounds the cached
 /// square, whatever a header says.
 inline constexpr int32_t DATUM_LargestOrder = 256;
@@ -66,23 +68,23 @@ struct datum_Grid {
   double Divisor = 1.0;
   uint8_t Flags = 0;
   datum_GridMethod Method = DATUM_Bilinear;
-  int32_t Order = 2;  ///< nodes an axis that an interpolation uses
+  int32_t Order = 2;   ///< nodes an axis that decide where an interpolation begins
+  int32_t Needed = 2;  ///< nodes an axis that it uses: Order, but 3 for a biquadratic of order 2
   uint8_t ElementCode = 0;
   uint8_t ElementSize = 0;
   bool RowsAscend = true;  ///< as stored: south to north
   bool ColumnsAscend = true;
 
-  bool Swapped = false;  ///< the source has the other byte order
-  bool Wraps = true;     ///< longitudes are taken modulo 360; never where the axes are metres
-  bool InFile = false;
-  std::vector<uint8_t> Image;  ///< header, elements, spare bytes in this machine's order
+  bool Swapped = false;        ///< the elements have the other byte order
+  bool Wraps = true;           ///< longitudes are taken modulo 360; never where the axes are metres
+  bool IsByPath = false;       ///< opened by a path, not from bytes inside a block
+  std::vector<uint8_t> Image;  ///< header, elements and spare bytes; empty while they are in `File`
   uint32_t BaseOffset = 0;     ///< of the grid's first byte inside its file
   std::string FileName;        ///< the path, or the name that an embedded grid was given
-  file_Class File;             ///< open while `InFile`
+  file_Class File;             ///< open where there is no `Image`
 
-  // The cached square of decoded values.
+  // The cached square of decoded values, where there is no `Image`.
   int32_t Window = 0;  ///< its side
-  int32_t HalfWindow = 0;
   int32_t WindowColLow = 0;  ///< all four 0 until it is filled
   int32_t WindowColHigh = 0;
   int32_t WindowRowLow = 0;
@@ -101,12 +103,13 @@ struct datum_Grid {
   }
 };
 
-/// Opens the grid that stands at `offset` in a file (a device path). The elements stay there and
-/// the file open. On a failure `grid` is empty: CSIB_NameMissing (no path), CSIB_FileNotOpened,
-/// CSIB_HeaderUnreadable, CSIB_WrongGridMagic, CSIB_UnknownInterpolation (an order that the method
-/// cannot use), CSIB_WrongFormat (an element, count, bound, spacing or divisor that cannot be, or
-/// fewer elements than the header promises), CSIB_WindowTooLarge (an order above the nodes of an
-/// axis), CSIB_OutOfMemory, CSIB_OutOfMemoryForWindow.
+/// Opens the grid at `offset` in a file (a device path). A grid of up to DATUM_LargestInMemory
+/// bytes is read at once and the file closed; a larger one, or one for which there is no memory,
+/// stays in the file, which stays open. On a failure `grid` is empty: CSIB_NameMissing (no path),
+/// CSIB_FileNotOpened, CSIB_HeaderUnreadable, CSIB_WrongGridMagic, CSIB_UnknownInterpolation (an
+/// order that the method cannot use), CSIB_WrongFormat (an unknown element, an impossible count,
+/// bound, spacing or divisor, or fewer elements than the header names), CSIB_WindowTooLarge (an
+/// order above the nodes of an axis), CSIB_OutOfMemory, CSIB_OutOfMemoryForWindow.
 csib_Status datum_GridOpen (std::unique_ptr<datum_Grid>& grid, std::string_view path,
                             uint32_t offset);
 /// Opens a grid from its form inside a block, which `source` passes: by the block's storage mode
@@ -117,10 +120,12 @@ csib_Status datum_GridOpen (std::unique_ptr<datum_Grid>& grid, const csib_Block&
 /// Closes the file and frees all; an empty one is accepted.
 void datum_GridClose (std::unique_ptr<datum_Grid>& grid) noexcept;
 
-/// The grid's value at a point in the unit of its axes. Allocates nothing, and reads the file only
-/// where the nodes lie outside the cached square. CSIB_OutsideGrid (also for NaN), CSIB_NullInGrid
-/// with `value` the grid's null (also where a node is no finite number), CSIB_WrongFormat where the
-/// file can no longer be read.
+/// The grid's value at a point in the unit of its axes. Between the last node and a bound beyond it
+/// the interpolation at the last nodes goes on. Allocates nothing; of a grid in a file it reads
+/// only where the nodes lie outside the cached square. CSIB_OutsideGrid beyond the bounds (also for
+/// NaN, and everywhere where the bounds are exchanged), CSIB_NullInGrid with `value` the grid's
+/// null (also where the result is not finite), CSIB_WrongFormat where the file can no longer be
+/// read.
 csib_Status datum_GridLookup (datum_Grid& grid, double latitude, double longitude, double& value);
 
 /// The bytes that datum_GridWrite writes. CSIB_NameMissing as there.

@@ -27,7 +27,7 @@ bool csib_GridSet::Uses (std::string_view path) const noexcept {
 
 csib_Status csib_GridSet::ReadForm (const csib_Block& block, csib_Bytes& in, std::size_t index) {
   const csib_Status status = datum_GridOpen (Grids[index], block, in, 0);
-  if (status == CSIB_Ok && Grids[index]->InFile) Paths[index] = datum_GridGetName (*Grids[index]);
+  if (status == CSIB_Ok && Grids[index]->IsByPath) Paths[index] = datum_GridGetName (*Grids[index]);
   return status;
 }
 

@@ -1,8 +1,9 @@
-// Looking a grid up: the nodes around a place, their decoded values, and what lies between them.
-// Trusts the grid, which datum_GridOpen checked. Leans on csib_bytes and platform/file.
+// Looking a grid up: the nodes around a place, their decoded values, and the value between them.
+// Relies on the checks of datum_GridOpen. Uses csib_bytes and platform/file.
 //
-// A look-up whose nodes lie in the cached square reads nothing and allocates nothing; another one
-// decodes a square of `Window` lines, which costs as many reads.
+// Of a grid in memory a look-up decodes the nodes that it needs. Of a grid in a file it reads
+// nothing where the nodes lie in the cached square, and decodes a new square of `Window` lines
+// otherwise, which costs as many reads. Neither allocates.
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -22,14 +23,16 @@ double OntoBounds (double value, double low, double high) noexcept {
   return value;
 }
 
-// The first of `count` nodes around the place f of an axis, which is not negative.
-int32_t FirstNode (double f, int32_t count, int32_t half, int32_t nodes) noexcept {
+// The first of `needed` nodes of an axis, where `count` of them lie around the place f, which is
+// not negative.
+int32_t FirstNode (double f, int32_t count, int32_t needed, int32_t nodes) noexcept {
+  f = std::min (f, static_cast<double> (nodes));
   auto low = static_cast<int32_t> (f);
   if (count % 2 == 0)
     low++;
   else if (f - low >= 0.5)
     low++;
-  return std::clamp (low - half, 0, nodes - count);
+  return std::clamp (low - count / 2, 0, nodes - needed);
 }
 
 // The value of an element; where a 10-byte one has the other order, it is turned as a whole.
@@ -47,7 +50,6 @@ constexpr ValueOf elements[] = {Value<int8_t>, Value<int16_t>, Value<int32_t>,
 // One line of elements as they are stored; null when the file does not give it.
 const uint8_t* Line (datum_Grid& grid, uint64_t first) {
   const std::size_t place = DATUM_GridHeaderSize + first * grid.ElementSize;
-  if (!grid.InFile) return grid.Image.data () + place;
   const auto size = static_cast<uint32_t> (grid.LineBuffer.size ());
   uint32_t got = 0;
   grid.File.Seek (grid.BaseOffset + static_cast<uint32_t> (place));
@@ -66,7 +68,6 @@ csib_Status Fill (datum_Grid& grid, int32_t colLow, int32_t rowLow) {
   const bool outerAscends = byColumns ? grid.ColumnsAscend : grid.RowsAscend;
   const bool innerAscends = byColumns ? grid.RowsAscend : grid.ColumnsAscend;
   const int32_t innerFirst = innerAscends ? innerLow : innerNodes - innerLow - window;
-  const bool isSwapped = grid.InFile && grid.Swapped;
   const ValueOf value = elements[grid.ElementCode];
   const double divisor = grid.Has (DATUM_HasDivisor) ? grid.Divisor : 1.0;
 
@@ -81,7 +82,7 @@ csib_Status Fill (datum_Grid& grid, int32_t colLow, int32_t rowLow) {
       const int32_t j = innerAscends ? k : window - 1 - k;
       const int32_t cell = byColumns ? j * window + i : i * window + j;
       grid.Cells[static_cast<std::size_t> (cell)] =
-          value (line + static_cast<std::size_t> (k) * grid.ElementSize, isSwapped) / divisor;
+          value (line + static_cast<std::size_t> (k) * grid.ElementSize, grid.Swapped) / divisor;
     }
   }
   grid.WindowColLow = colLow;
@@ -91,11 +92,54 @@ csib_Status Fill (datum_Grid& grid, int32_t colLow, int32_t rowLow) {
   return CSIB_Ok;
 }
 
+// The nodes of an interpolation from its first one on, to the north and to the east: either
+// elements of the image or decoded values of the cached square.
+struct Nodes {
+  const uint8_t* first;
+  std::ptrdiff_t rowStep, columnStep;  // bytes
+  ValueOf value;
+  bool isSwapped;
+  double divisor;
+
+  double At (int32_t row, int32_t column) const noexcept {
+    return value (first + row * rowStep + column * columnStep, isSwapped) / divisor;
+  }
+};
+
+Nodes InImage (const datum_Grid& grid, int32_t row, int32_t column) noexcept {
+  const bool byColumns = grid.Has (DATUM_ColumnMajor);
+  const std::ptrdiff_t size = grid.ElementSize;
+  Nodes nodes{grid.Image.data () + DATUM_GridHeaderSize,
+              byColumns ? size : size * grid.Columns,
+              byColumns ? size * grid.Rows : size,
+              elements[grid.ElementCode],
+              grid.Swapped,
+              grid.Has (DATUM_HasDivisor) ? grid.Divisor : 1.0};
+  nodes.first += (grid.RowsAscend ? row : grid.Rows - 1 - row) * nodes.rowStep;
+  nodes.first += (grid.ColumnsAscend ? column : grid.Columns - 1 - column) * nodes.columnStep;
+  if (!grid.RowsAscend) nodes.rowStep = -nodes.rowStep;
+  if (!grid.ColumnsAscend) nodes.columnStep = -nodes.columnStep;
+  return nodes;
+}
+
+Nodes InSquare (const datum_Grid& grid, int32_t row, int32_t column) noexcept {
+  constexpr std::ptrdiff_t size = sizeof (double);
+  const double* const first =
+      grid.Cells.data () + (row - grid.WindowRowLow) * grid.Window + column - grid.WindowColLow;
+  return {reinterpret_cast<const uint8_t*> (first),
+          grid.Window * size,
+          size,
+          Value<double>,
+          false,
+          1.0};
+}
+
 // A value between the nodes is a sum of node values, each with a weight of its column and one of
 // its row, since every method runs the same formula along both axes. The weights of an axis are
 // for a place t behind its first node.
 
-// Newton's forward form through three nodes: y0 + t (y1 - y0) + t (t - 1)/2 (y2 - 2 y1 + y0).
+// Newton's forward form through three nodes: y0 + t (y1 - y0) + t (t - 1)/2 (y2 - 2 y1 + y0). Of any
+// order the first three nodes are used.
 void QuadraticWeights (double t, double* weights) noexcept {
   const double q = 0.5 * t * (t - 1.0);
   weights[0] = 1.0 - t + q;
@@ -113,7 +157,7 @@ void SplineWeights (datum_Grid& grid, double t, double* weights) noexcept {
   const int32_t n = grid.Order;
   double* const z = grid.SplineWork.data ();
   const double* const inverse = grid.SplineInversePivots.data ();
-  const int32_t k = std::clamp (static_cast<int32_t> (t), 0, n - 2);
+  const auto k = static_cast<int32_t> (std::clamp (t, 0.0, static_cast<double> (n - 2)));
   const double b = t - k;
   const double a = 1.0 - b;
   std::fill_n (z, n, 0.0);
@@ -138,15 +182,15 @@ void SplineWeights (datum_Grid& grid, double t, double* weights) noexcept {
   }
 }
 
-double Bilinear (const double* cell, int32_t window, double u, double v) noexcept {
-  return (1.0 - u) * (1.0 - v) * cell[0] + u * (1.0 - v) * cell[1] + u * v * cell[window + 1] +
-         (1.0 - u) * v * cell[window];
+double Bilinear (const Nodes& nodes, double u, double v) noexcept {
+  return (1.0 - u) * (1.0 - v) * nodes.At (0, 0) + u * (1.0 - v) * nodes.At (0, 1) +
+         u * v * nodes.At (1, 1) + (1.0 - u) * v * nodes.At (1, 0);
 }
 
-double Weighted (datum_Grid& grid, const double* cell, double u, double v) noexcept {
+double Weighted (datum_Grid& grid, const Nodes& nodes, double u, double v) noexcept {
   double* const columns = grid.ColumnWeights.data ();
   double* const rows = grid.RowWeights.data ();
-  int32_t count = grid.Order;
+  int32_t count = grid.Needed;
   if (grid.Method == DATUM_Biquadratic) {
     count = 3;
     QuadraticWeights (u, columns);
@@ -156,19 +200,41 @@ double Weighted (datum_Grid& grid, const double* cell, double u, double v) noexc
     SplineWeights (grid, v, rows);
   }
   double sum = 0.0;
-  for (int32_t j = 0; j < count; j++, cell += grid.Window) {
+  for (int32_t j = 0; j < count; j++) {
     double line = 0.0;
-    for (int32_t i = 0; i < count; i++) line += columns[i] * cell[i];
+    for (int32_t i = 0; i < count; i++) line += columns[i] * nodes.At (j, i);
     sum += rows[j] * line;
   }
   return sum;
 }
 
-bool HasNull (const datum_Grid& grid, const double* cell) noexcept {
-  for (int32_t j = 0; j < grid.Order; j++, cell += grid.Window)
-    for (int32_t i = 0; i < grid.Order; i++)
-      if (std::abs (cell[i] - grid.NullValue) <= AtNull) return true;
+bool HasNull (const datum_Grid& grid, const Nodes& nodes) noexcept {
+  for (int32_t j = 0; j < grid.Needed; j++)
+    for (int32_t i = 0; i < grid.Needed; i++)
+      if (std::abs (nodes.At (j, i) - grid.NullValue) <= AtNull) return true;
   return false;
+}
+
+// False when the nodes could not be read.
+bool FindNodes (datum_Grid& grid, double f, double g, int32_t row, int32_t column, Nodes& nodes) {
+  if (!grid.Image.empty ()) {
+    nodes = InImage (grid, row, column);
+    return true;
+  }
+  const bool isCached = column >= grid.WindowColLow &&
+                        column + grid.Needed - 1 <= grid.WindowColHigh &&
+                        row >= grid.WindowRowLow && row + grid.Needed - 1 <= grid.WindowRowHigh;
+  if (!isCached) {
+    // Around the place, and over all needed nodes.
+    const int32_t spare = grid.Window - grid.Needed;
+    const int32_t columnLow = FirstNode (f, grid.Window, grid.Window, grid.Columns);
+    const int32_t rowLow = FirstNode (g, grid.Window, grid.Window, grid.Rows);
+    const csib_Status status = Fill (grid, std::clamp (columnLow, column - spare, column),
+                                     std::clamp (rowLow, row - spare, row));
+    if (status != CSIB_Ok) return false;
+  }
+  nodes = InSquare (grid, row, column);
+  return true;
 }
 
 }  // namespace
@@ -191,23 +257,17 @@ csib_Status datum_GridLookup (datum_Grid& grid, double latitude, double longitud
 
   const double f = (longitude - grid.LonMin) / grid.LonSpacing;
   const double g = (latitude - grid.LatMin) / grid.LatSpacing;
-  const int32_t order = grid.Order;
-  const int32_t col = FirstNode (f, order, order / 2, grid.Columns);
-  const int32_t row = FirstNode (g, order, order / 2, grid.Rows);
-  if (col < grid.WindowColLow || col + order - 1 > grid.WindowColHigh || row < grid.WindowRowLow ||
-      row + order - 1 > grid.WindowRowHigh) {
-    const csib_Status status =
-        Fill (grid, FirstNode (f, grid.Window, grid.HalfWindow, grid.Columns),
-              FirstNode (g, grid.Window, grid.HalfWindow, grid.Rows));
-    if (status != CSIB_Ok) return status;
-  }
-  const double* const cell = &grid.Cells[static_cast<std::size_t> (
-      (row - grid.WindowRowLow) * grid.Window + col - grid.WindowColLow)];
+  const int32_t column = FirstNode (f, grid.Order, grid.Needed, grid.Columns);
+  const int32_t row = FirstNode (g, grid.Order, grid.Needed, grid.Rows);
+  Nodes nodes;
+  if (!FindNodes (grid, f, g, row, column, nodes)) return CSIB_WrongFormat;
   value = grid.NullValue;
-  if (grid.Has (DATUM_HasNull) && HasNull (grid, cell)) return CSIB_NullInGrid;
-  const double found = grid.Method == DATUM_Bilinear
-                           ? Bilinear (cell, grid.Window, f - col, g - row)
-                           : Weighted (grid, cell, f - col, g - row);
+  if (grid.Has (DATUM_HasNull) && HasNull (grid, nodes)) return CSIB_NullInGrid;
+  // A biquadratic of two nodes is the line through them.
+  const double found =
+      grid.Method == DATUM_Bilinear || (grid.Method == DATUM_Biquadratic && grid.Needed == 2)
+          ? Bilinear (nodes, f - column, g - row)
+          : Weighted (grid, nodes, f - column, g - row);
   if (!std::isfinite (found)) return CSIB_NullInGrid;
   value = found;
   return CSIB_Ok;

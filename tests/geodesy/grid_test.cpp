@@ -17,11 +17,11 @@ using Line = std::vector<long double>;
 
 // An evaluation of its own: long doubles, node by node, and the spline by its second derivatives.
 
-int First (long double place, int order, int nodes) {
+int First (long double place, int order, int needed, int nodes) {
   const int h = order / 2;
   const int low = order % 2 != 0 ? static_cast<int> (std::floor (place + 0.5L)) - h
                                  : static_cast<int> (std::floor (place)) - h + 1;
-  return std::max (0, std::min (low, nodes - order));
+  return std::max (0, std::min (low, nodes - needed));
 }
 
 long double Spline (const Line& y, long double t) {
@@ -50,12 +50,13 @@ double Expected (const GridFile& file, double latitude, double longitude) {
   const int order = file.method == 2 ? 2 : file.order;
   const long double f = (static_cast<long double> (longitude) - file.lonMin) / file.lonSpacing;
   const long double g = (static_cast<long double> (latitude) - file.latMin) / file.latSpacing;
-  const int col = First (f, order, file.columns);
-  const int row = First (g, order, file.rows);
+  const int needed = file.method >= 8 ? std::max (order, 3) : order;
+  const int col = First (f, order, needed, file.columns);
+  const int row = First (g, order, needed, file.rows);
   Line rows;
-  for (int j = row; j < row + order; j++) {
+  for (int j = row; j < row + needed; j++) {
     Line line;
-    for (int i = col; i < col + order; i++) line.push_back (file.Stored (j, i));
+    for (int i = col; i < col + needed; i++) line.push_back (file.Stored (j, i));
     rows.push_back (Along (line, f - col, file.method));
   }
   return static_cast<double> (Along (rows, g - row, file.method));
@@ -109,7 +110,7 @@ TEST_F (Grid, LooksEveryKindUpAsAnIndependentEvaluation) {
   for (const double g : {0.0, 0.3, 0.5, 3.0, 3.49, 3.5, 4.2, 6.6, 7.0})
     for (const double f : {0.0, 0.49, 2.0, 2.5, 5.3, 9.0, 9.7, 10.0})
       places.emplace_back (file.latMin + g * file.latSpacing, file.lonMin + f * file.lonSpacing);
-  const std::pair<uint8_t, uint16_t> methods[] = {{2, 2},  {2, 4}, {0, 3}, {8, 3}, {16, 4},
+  const std::pair<uint8_t, uint16_t> methods[] = {{2, 2},  {2, 4}, {0, 3}, {8, 2}, {8, 3}, {16, 4},
                                                   {16, 7}, {4, 2}, {4, 3}, {4, 4}, {4, 8}};
   for (const auto& [method, order] : methods)
     for (file.element = 0; file.element < 6; file.element++) {
@@ -134,19 +135,44 @@ TEST_F (Grid, LooksEveryKindUpAsAnIndependentEvaluation) {
     }
 }
 
-// A bound may lie up to a spacing beyond the last node.
+// A bound may lie beyond the last node; beyond the bound there is no value.
 TEST_F (Grid, GoesOnBehindTheLastNode) {
   GridFile file = Hills ();
-  const double bound = file.LatMax () + 0.9 * file.latSpacing;
-  for (const auto& [method, order] :
-       {std::pair<uint8_t, uint16_t> (2, 2), {8, 3}, {4, 2}, {4, 5}}) {
-    file.method = method;
-    file.order = order;
+  for (const double beyond : {0.9, 300.9})
+    for (const auto& [method, order] :
+         {std::pair<uint8_t, uint16_t> (2, 2), {8, 3}, {4, 2}, {4, 5}}) {
+      file.method = method;
+      file.order = order;
+      std::string bytes = file.Bytes ();
+      const double bound = file.LatMax () + beyond * file.latSpacing;
+      std::memcpy (bytes.data () + 56, &bound, sizeof bound);
+      ASSERT_EQ (Open (bytes), CSIB_Ok);
+      const double latitude = file.LatMax () + (beyond - 0.2) * file.latSpacing;
+      const double expected = Expected (file, latitude, 8.1);
+      EXPECT_NEAR (At (latitude, 8.1), expected, 1e-12 * (1.0 + beyond * beyond)) << +method;
+      EXPECT_EQ (At (bound + 0.1 * file.latSpacing, 8.1), CSIB_OutsideGrid);
+    }
+}
+
+TEST_F (Grid, KeepsToItsNodesWhateverTheBoundsSay) {
+  struct Case {
+    const char* name;
+    std::size_t place;
+    double value, latitude, longitude, expected;
+  };
+  const GridFile file = Hills ();
+  const double inside = Expected (file, 48.1, 8.1);
+  for (const Case& c : {Case{"fewer degrees than nodes", 72, 8.2, 48.1, 8.1, inside},
+                        Case{"outside those", 72, 8.0, 48.1, 8.1, CSIB_OutsideGrid},
+                        Case{"longitudes exchanged", 64, 60.0, 48.1, 8.1, CSIB_OutsideGrid},
+                        Case{"latitudes exchanged", 48, 60.0, 48.1, 8.1, CSIB_OutsideGrid},
+                        Case{"on an exchanged bound", 64, 60.0, 48.1, 60.0, CSIB_OutsideGrid},
+                        Case{"bounds far apart", 72, 1e300, 48.1, 8.1, inside},
+                        Case{"tiny spacing", 88, 1e-310, 48.1, 8.1, CSIB_NullInGrid}}) {
     std::string bytes = file.Bytes ();
-    std::memcpy (bytes.data () + 56, &bound, sizeof bound);
-    ASSERT_EQ (Open (bytes), CSIB_Ok);
-    const double latitude = file.LatMax () + 0.7 * file.latSpacing;
-    EXPECT_NEAR (At (latitude, 8.1), Expected (file, latitude, 8.1), 1e-12) << +method << order;
+    std::memcpy (bytes.data () + c.place, &c.value, sizeof c.value);
+    ASSERT_EQ (Open (bytes), CSIB_Ok) << c.name;
+    EXPECT_NEAR (At (c.latitude, c.longitude), c.expected, 1e-12) << c.name;
   }
 }
 
@@ -210,10 +236,55 @@ TEST_F (Grid, GivesNullWhereANodeOfTheInterpolationIsNull) {
   EXPECT_EQ (At (2.2, 2.0), CSIB_NullInGrid);
 }
 
-TEST_F (Grid, TouchesItsFileOnlyWhereTheSquareEnds) {
+TEST_F (Grid, ReadsItsFileOnceIntoMemory) {
+  testing::FailingDisk disk;
+  ASSERT_EQ (Open (Hills ().Bytes ()), CSIB_Ok);
+  const uint64_t before = disk.Calls (os_Operation::Read);
+  std::filesystem::remove (folder.Host ("a.ggf"));
+  for (int i = 0; i < 100; i++)
+    EXPECT_GT (At (47.25 + 0.0175 * i, 5.5 + 0.05 * (i * 37 % 100)), -100.0);
+  EXPECT_EQ (disk.Calls (os_Operation::Read), before);
+  testing::PutFile (folder.Host ("a.ggf"), Hills ().Bytes ());
+  disk.FailFrom (os_Operation::Read, 1);
+  EXPECT_EQ (datum_GridOpen (grid, folder.Device ("a.ggf").View (), 0), CSIB_WrongFormat);
+}
+
+// The north-west corner of a grid that is too large for memory has the values of a small one.
+TEST_F (Grid, ReadsALargeFileOnlyWhereTheSquareEnds) {
+  GridFile file = Hills ();
+  const auto openLarge = [&] {
+    constexpr int nodes = 3000;
+    std::string small = file.Bytes (), line (nodes * 8, '\0');
+    const double size = (nodes - 1) * file.lonSpacing + file.lonMin;
+    std::memcpy (small.data () + 72, &size, sizeof size);
+    std::string large = small.substr (0, DATUM_GridHeaderSize);
+    std::memcpy (large.data () + 96, &nodes, sizeof nodes);
+    std::memcpy (large.data () + 100, &nodes, sizeof nodes);
+    for (int row = 0; row < file.rows; row++) {
+      const std::size_t length = static_cast<std::size_t> (file.columns) * 8;
+      small.copy (line.data (), length,
+                  DATUM_GridHeaderSize + static_cast<std::size_t> (row) * length);
+      large += line;
+    }
+    testing::PutFile (folder.Host ("large.ggf"), large);
+    std::filesystem::resize_file (folder.Host ("large.ggf"),
+                                  DATUM_GridHeaderSize + nodes * nodes * 8);
+    return datum_GridOpen (grid, folder.Device ("large.ggf").View (), 0);
+  };
+  for (const auto& [method, order] :
+       {std::pair<uint8_t, uint16_t> (4, 4), {16, 5}, {8, 2}, {2, 2}}) {
+    file.method = method;
+    file.order = order;
+    ASSERT_EQ (openLarge (), CSIB_Ok);
+    ASSERT_TRUE (grid->Image.empty ());
+    for (const auto& [latitude, longitude] :
+         {std::pair (47.3, 5.6), {48.1, 8.1}, {47.6, 9.2}, {48.24, 5.51}, {47.25, 9.0}})
+      EXPECT_NEAR (At (latitude, longitude), Expected (file, latitude, longitude), 1e-12)
+          << +method << " " << latitude;
+  }
   testing::FailingDisk disk;
   const auto reads = [&] { return disk.Calls (os_Operation::Read); };
-  ASSERT_EQ (Open (Hills ().Bytes ()), CSIB_Ok);
+  ASSERT_EQ (openLarge (), CSIB_Ok);
   const double first = At (48.1, 8.1);
   const uint64_t before = reads ();
   for (int i = 0; i < 100; i++) EXPECT_NE (At (48.0 + 0.004 * i, 7.8 + 0.009 * i), 0.0);
@@ -247,12 +318,9 @@ TEST_F (Grid, RefusesHeadersThatCannotBe) {
       {"no columns", 100, bytesOf (0), CSIB_WrongFormat},
       {"negative columns", 100, bytesOf (-1), CSIB_WrongFormat},
       {"columns beyond 32 bits of bytes", 100, bytesOf (0x7FFFFFFF), CSIB_WrongFormat},
-      {"bounds exchanged", 48, bytesOf (60.0), CSIB_WrongFormat},
       {"a bound without number", 56, bytesOf (nan), CSIB_WrongFormat},
-      {"bounds far apart", 72, bytesOf (1e300), CSIB_WrongFormat},
       {"zero spacing", 80, bytesOf (0.0), CSIB_WrongFormat},
       {"negative spacing", 88, bytesOf (-0.5), CSIB_WrongFormat},
-      {"tiny spacing", 88, bytesOf (1e-310), CSIB_WrongFormat},
       {"spacing without number", 88, bytesOf (nan), CSIB_WrongFormat},
       {"zero divisor", 128, bytesOf (0.0), CSIB_WrongFormat},
       {"divisor without number", 128, bytesOf (nan), CSIB_WrongFormat},
