@@ -7,10 +7,10 @@
 #include <new>
 #include <vector>
 
+#include "Library/coordsys/jobsystem.h"
 #include "geodesy/datum.h"
 #include "geodesy/grid.h"
 #include "geodesy/gridded.h"
-#include "platform/filesys.h"
 
 namespace clxml {
 
@@ -125,24 +125,11 @@ class Assembly {
     return true;
   }
 
-  // The whole name of the file that a part names; empty when there is none.
-  static Str Find (const Str& name, const char* extension) {
-    if (name.IsEmpty () || name.Contains ('\\') || name.Contains ('/') || name.Contains (':'))
-      return {};
-    const file_Class file (folder_Class (folder_Project), name, extension);
-    if (file.Exists ()) return file.GetWholeName ();
-    Str mask ("*.");
-    mask += extension;
-    mask.MakeUpper ();
-    const file_Class found = FindSupportFile (name, mask.Data ());
-    return found.Name.IsEmpty () ? Str () : found.GetWholeName ();
-  }
-
   // Finds the file and has the component set from its whole name. True when the component is set or
   // may be missing.
   template <class Setter>
   bool SetFromFile (const Str& name, const char* extension, coordsys_Error error, Setter&& set) {
-    const Str whole = Find (name, extension);
+    const Str whole = coordsys_FindFile (name, extension);
     if (whole.IsEmpty ()) return GoesOnWithout (name, extension, "is missing", error);
     const csib_Status status = set (whole);
     if (status == CSIB_Ok) return true;
@@ -239,7 +226,7 @@ class Assembly {
     Parameters paths;
     bool isThere = true;
     for (const Str& name : names) {
-      const Str whole = Find (name, "pgf");
+      const Str whole = coordsys_FindFile (name, "pgf");
       if (whole.IsEmpty ()) {
         isThere = false;
         if (!GoesOnWithout (name, "pgf", "is missing", COORDSYS_UKGridError)) return false;
@@ -251,7 +238,7 @@ class Assembly {
     if (status == CSIB_Ok) return true;
     for (const Str& name : names) {
       std::unique_ptr<datum_Grid> grid;
-      if (datum_GridOpen (grid, Find (name, "pgf").View (), 0) != CSIB_Ok)
+      if (datum_GridOpen (grid, coordsys_FindFile (name, "pgf").View (), 0) != CSIB_Ok)
         Log (name, "pgf", "cannot be used");
     }
     return Fail (coordsys_ErrorOf (status));

@@ -5,7 +5,10 @@
 #include <cmath>
 #include <filesystem>
 
+#include "Library/coordsys/jobsystem.h"
 #include "Library/coordsys/system.h"
+#include "Library/job/dbJob.h"
+#include "Library/records/dbCoordSystems.h"
 #include "support/gridfile.h"
 #include "support/hearing.h"
 #include "support/mounted.h"
@@ -90,6 +93,63 @@ TEST_F (Glue, TakesElevationsFromAGeoid) {
   system.mask |= COORDSYS_SetDatum;
   system.height = {COORDSYS_GeoidAndPlane, 5e6, 4.4e6, 0, 0, 0.125, "Beta 99"};
   EXPECT_NEAR (Projected (*system.Make (), point).Elevation, wgs84.Height - 47.125, 1e-9);
+}
+
+TEST_F (Glue, AssemblesTheSystemOfAJob) {
+  Put ("Beta 99.GGF", Constant (47.25));
+  JobDatabase job;
+  ASSERT_TRUE (job.Create (folder.Device ("lot.job"), "LOT"));
+  coordsys_JobSystem system;
+  coordsys_Error error = COORDSYS_NoError;
+  const auto assemble = [&] (uint32_t options) {
+    return coordsys_AssembleJob (*job.Access (), options, system, error);
+  };
+  // Nothing stored: a plane of scale 1.
+  auto transform = assemble (0);
+  ASSERT_TRUE (transform);
+  EXPECT_EQ (transform->Components, 0);
+  EXPECT_EQ (transform->Projection.ProjectionType, COORDSYS_ScaleOnly);
+  // A projection of type 0 has no mask bit, but its type counts.
+  db_Projection projection;
+  projection.ProjectionType = COORDSYS_NoProjection;
+  job.AddRecordInGroup (projection);
+  transform = assemble (0);
+  ASSERT_TRUE (transform);
+  EXPECT_EQ (transform->Components, 0);
+  EXPECT_EQ (transform->Projection.ProjectionType, COORDSYS_NoProjection);
+
+  db_Ellipsoid ellipsoid;
+  ellipsoid.EarthRadius = 6378137;
+  ellipsoid.Flattening = 0.0033528106718309905;
+  projection.ProjectionType = COORDSYS_TransverseMercator;
+  projection.OriginLocal.Lat = projection.OriginLocal.Long = 0.0;
+  projection.OriginGrid.North = projection.OriginGrid.East = 0.0;
+  projection.Scale = 1.0;
+  projection.ShiftGridFile = "shift";
+  db_Height height;
+  height.HeightType = COORDSYS_GeoidModel;
+  height.GeoidFilename = "beta 99 of the state";
+  job.AddRecordInGroup (ellipsoid);
+  job.AddRecordInGroup (projection);
+  job.AddRecordInGroup (height);
+  EXPECT_FALSE (assemble (COORDSYS_TolerateMissingFiles));
+  EXPECT_EQ (error, COORDSYS_NoProjectHeight);
+  EXPECT_TRUE (system.FileNames[COORDSYS_ShiftGridFile].IsEmpty ());
+  constexpr uint32_t tolerant = COORDSYS_TolerateMissingFiles | COORDSYS_AllowNoProjectHeight;
+  EXPECT_TRUE (assemble (tolerant));
+  EXPECT_EQ (error, COORDSYS_FileMissingTolerated);  // the shift grid
+  EXPECT_EQ (system.FileNames[COORDSYS_GeoidFile], "beta 99 of the state");
+  EXPECT_EQ (system.FileNames[COORDSYS_ShiftGridFile], "shift");
+  EXPECT_TRUE (system.IsGeoidRenamed);
+  EXPECT_EQ (system.Parts.Height.GeoidFilename, "Beta 99");
+  EXPECT_FALSE (assemble (COORDSYS_AllowNoProjectHeight));
+  EXPECT_EQ (error, COORDSYS_ShiftGridError);
+  // Nothing found: the part has no name, and the record stays.
+  height.GeoidFilename = "gamma";
+  job.AddRecordInGroup (height);
+  EXPECT_TRUE (assemble (tolerant));
+  EXPECT_FALSE (system.IsGeoidRenamed);
+  EXPECT_TRUE (system.Parts.Height.GeoidFilename.IsEmpty ());
 }
 
 TEST_F (Glue, OpensEveryOtherKindOfFile) {
