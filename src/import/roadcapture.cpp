@@ -4,7 +4,6 @@
 #include "import/roadcapture.h"
 
 #include <cmath>
-#include <initializer_list>
 #include <utility>
 
 #include "Kernel/text.h"
@@ -470,16 +469,22 @@ void RoadCapture::TmpltBatter (const xml_element& element) {
 
 void RoadCapture::Spare (const Str& path) { Spared.Add (folder_HostPath (path)); }
 
-// The road's file takes no other file's place, and what all files hold stays in proportion to what
-// was captured. Logs why not.
-bool RoadCapture::MayWrite (const NorvathRoad& road) {
-  int64_t elements = 1;
-  for (const RoadElementArray* list : std::initializer_list<const RoadElementArray*>{
-           &road.Horizontal, &road.Vertical, &road.TemplatePlacements, &road.Supers})
-    elements += list->Count ();
-  for (const CrossSectionTemplate& crossSection : road.Templates)
-    elements += 1 + crossSection.Count ();
-  if (elements > ElementsLeft || Spared.Find (folder_HostPath (road.FileName)) >= 0) return false;
+namespace {
+
+// How many elements of a group a list of the class takes. All elements of a group are of one
+// family, so the first one decides.
+template <class T, class Self>
+int64_t TakenCount (const RoadElementArrayOf<T, Self>&, const RoadElementArray* group) {
+  if (group == nullptr || group->IsEmpty ()) return 0;
+  return T::IsType (group->Element (0)->ElementType ()) ? group->Count () : 0;
+}
+
+}  // namespace
+
+// The road's file replaces no spared file, and the elements of all files together stay in
+// proportion to the captured ones.
+bool RoadCapture::MayWrite (const Str& fileName, int64_t elements) {
+  if (elements > ElementsLeft || Spared.Find (folder_HostPath (fileName)) >= 0) return false;
   ElementsLeft -= elements;
   return true;
 }
@@ -489,25 +494,39 @@ void RoadCapture::WriteRoad (const RoadDefinition& definition, const GroupsByID&
   NorvathRoad road;
   road.Name = definition.Name;
   road.StationInterval = definition.SectionInterval;
-  const auto take = [&groups] (auto& list, const Str& identifier) {
+  const auto group = [&groups] (const Str& identifier) -> const RoadElementArray* {
     const auto found = groups.find (identifier.View ());
-    if (found != groups.end ()) list.TakeFrom (*found->second);
+    return found != groups.end () ? found->second : nullptr;
   };
-  take (road.Vertical, definition.VertAlignment);
-  take (road.Horizontal, definition.HorzAlignment);
-  take (road.TemplatePlacements, definition.TemplateApplication);
-  take (road.Supers, definition.SuperApplication);
-  road.Vertical.Settle ();
-  ClearTangency (road.Horizontal);
+  // Calls with each list of the road and its group, which may be null.
+  const auto forEachList = [&] (auto call) {
+    call (road.Vertical, group (definition.VertAlignment));
+    call (road.Horizontal, group (definition.HorzAlignment));
+    call (road.TemplatePlacements, group (definition.TemplateApplication));
+    call (road.Supers, group (definition.SuperApplication));
+  };
 
   const bool isName = definition.Name.View ().find_first_of (ForbiddenInNames) == std::string::npos;
   const Str fileName = Folder + (isName ? definition.Name : Str ("road")) + "(" + jobText + ").rxl";
   AddExtraOutputFile (fileName);
   road.SetFileName (fileName);
-  // Each road has all templates; they are lent, not copied.
-  std::swap (road.Templates, Templates);
-  const bool isWritten = MayWrite (road) && road.Save ();
-  std::swap (road.Templates, Templates);
+  // The elements are counted before they are copied: a refused road costs nothing.
+  int64_t elements = 1 + TemplateElements;
+  forEachList ([&elements] (const auto& list, const RoadElementArray* taken) {
+    elements += TakenCount (list, taken);
+  });
+  bool isWritten = MayWrite (fileName, elements);
+  if (isWritten) {
+    forEachList ([] (auto& list, const RoadElementArray* taken) {
+      if (taken != nullptr) list.TakeFrom (*taken);
+    });
+    road.Vertical.Settle ();
+    ClearTangency (road.Horizontal);
+    // Each road has all templates; they are lent, not copied.
+    std::swap (road.Templates, Templates);
+    isWritten = road.Save ();
+    std::swap (road.Templates, Templates);
+  }
   if (!isWritten)
     Environment::Get ()->LogMessage ((ROADCAPTURE_NotWritten + fileName).Data ());
   else if (!Written.insert (folder_HostPath (fileName).Data ()).second)
@@ -523,7 +542,10 @@ void RoadCapture::WriteRoads () {
     // The first of an identifier; an empty one names no group.
     if (!group.ID.IsEmpty ()) groups.emplace (group.ID.View (), &group);
   }
-  for (const CrossSectionTemplate& crossSection : Templates) captured += 1 + crossSection.Count ();
+  TemplateElements = 0;
+  for (const CrossSectionTemplate& crossSection : Templates)
+    TemplateElements += 1 + crossSection.Count ();
+  captured += TemplateElements;
   ElementsLeft = FreeElements + MaximumCopies * captured;
 
   Str jobText = Job.JobHeader ().JobName;

@@ -118,7 +118,7 @@ class RoadCapture {
   void AddTemplateElement (std::unique_ptr<T> element);
   void UseCorrections ();
   void WriteRoad (const RoadDefinition& definition, const GroupsByID& groups, const Str& jobText);
-  bool MayWrite (const NorvathRoad& road);
+  bool MayWrite (const Str& fileName, int64_t elements);
 
   WriteJobControl& Frame;
   JobDatabase& Job;
@@ -132,6 +132,7 @@ class RoadCapture {
   bool AreCorrectionsNew = true;  // the transform in force is not of them
   bool HasTransformation = false;
   int64_t ElementsLeft = 0;
+  int64_t TemplateElements = 0;             // all templates with their elements
   StrArray Spared;                          // host paths that no road may take
   std::unordered_set<std::string> Written;  // host paths of road files
 };
