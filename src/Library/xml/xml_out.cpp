@@ -30,7 +30,7 @@ bool Flush (file_Class* file, Str& buffer) {
 }  // namespace
 
 Str xml_DoubleText (double value) {
-  if (maths_IsNull (value)) return Str ();
+  if (maths_IsNull (value) || !std::isfinite (value)) return Str ();
   if (!(std::fabs (value) < 1.0)) return text_General (value, 14);
   Str text = text_Fixed (value, 14);
   text.TrimRight ('0');

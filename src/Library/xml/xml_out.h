@@ -12,7 +12,8 @@ namespace clxml {
 class file_Class;
 
 /// A number in at most 14 digits: below 1.0 (absolute) 14 decimals without trailing zeros, "0" for
-/// what rounds to it, otherwise as printf "%.14G". Empty for null.
+/// what rounds to it, otherwise as printf "%.14G". Empty for null and for what is not finite, as
+/// are the other two forms.
 Str xml_DoubleText (double value);
 /// An angle in radians as decimal degrees; within 5e-13 of a full circle it is 0. Empty for null.
 Str xml_AngleText (double value);
