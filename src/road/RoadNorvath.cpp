@@ -48,12 +48,16 @@ void AddIntervals (double start, double end, double interval, ChainageElementArr
     return;
   const double rest = std::fmod (start, interval);
   const double first = rest == 0.0 ? start : rest < 0.0 ? start - rest : start + interval - rest;
-  // Counted and not walked, for far from 0 an interval can be too small to move a station.
-  const double count = std::floor ((end - first) / interval) + 1.0;
-  if (!(count <= NorvathRoad::MaximumStations)) return;
+  // The stations are counted first: far from 0 an interval can be too small to change a station.
+  const double count = std::floor ((end + APPROX_Delta - first) / interval) + 1.0;
+  if (!(count <= NorvathRoad::MaximumStations)) {
+    Environment::Get ()->LogMessage (
+        "Road: more than 1000000 interval stations, none is listed; use a larger interval");
+    return;
+  }
   for (int i = 0; i < count; i++) {
     const double station = first + i * interval;
-    if (station <= end) list.Append (station, ChainageInterval);
+    if (approx (station, LE, end)) list.Append (station, ChainageInterval);
   }
 }
 

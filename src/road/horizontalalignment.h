@@ -11,6 +11,8 @@
 
 namespace clxml {
 
+class xmlout_element;
+
 /// A start point and what follows it.
 class HorizontalElementArray final
     : public RoadElementArrayOf<HorizontalBase, HorizontalElementArray> {
@@ -62,6 +64,8 @@ class HorizontalElementArray final
   bool CheckContinuity () const;
   /// Each element behind the first ends where its own values say: within 0.001, and 5e-6 radians.
   bool CheckEndsComputable () const;
+  /// The HorizontalAlignment section of a road file.
+  std::unique_ptr<xmlout_element> ToXml () const;
 };
 
 }  // namespace clxml

@@ -35,6 +35,44 @@ SidedTemplatePlacement TemplatePlacementArray::NextPlacement (double station) co
   return next;
 }
 
+TemplatePlacementIndex::TemplatePlacementIndex (const TemplatePlacementArray& placements)
+    : _Placements (placements),
+      _Previous (static_cast<std::size_t> (placements.Count ()) + 1, BySide{-1, -1}),
+      _Next (_Previous) {
+  const auto take = [this] (BySide& found, int i) {
+    for (std::size_t side = 0; side < 2; side++)
+      if (_Placements.At (i)->Sides[side].Type != SidePlacement::Interpolate) found[side] = i;
+  };
+  for (int i = 0; i < placements.Count (); i++) {
+    const auto n = static_cast<std::size_t> (i);
+    _Stations.Add (placements.At (i)->Left ().Chainage);
+    _Previous[n + 1] = _Previous[n];
+    take (_Previous[n + 1], i);
+  }
+  for (int i = placements.Count () - 1; i >= 0; i--) {
+    const auto n = static_cast<std::size_t> (i);
+    _Next[n] = _Next[n + 1];
+    take (_Next[n], i);
+  }
+}
+
+SidedTemplatePlacement TemplatePlacementIndex::At (const BySide& found) const {
+  SidedTemplatePlacement placement;
+  for (std::size_t side = 0; side < 2; side++)
+    if (found[side] >= 0) placement.Sides[side] = _Placements.At (found[side])->Sides[side];
+  return placement;
+}
+
+SidedTemplatePlacement TemplatePlacementIndex::PreviousPlacement (double station) const {
+  if (!_Stations.Answers (station)) return _Placements.PreviousPlacement (station);
+  return At (_Previous[static_cast<std::size_t> (_Stations.CountUpTo (station))]);
+}
+
+SidedTemplatePlacement TemplatePlacementIndex::NextPlacement (double station) const {
+  if (!_Stations.Answers (station)) return _Placements.NextPlacement (station);
+  return At (_Next[static_cast<std::size_t> (_Stations.CountUpTo (station))]);
+}
+
 bool TemplatePlacementArray::HasTemplates () const noexcept {
   for (int i = 0; i < Count (); i++)
     for (const SidePlacement& side : At (i)->Sides)

@@ -5,12 +5,17 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 #include "numerics/maths.h"
 #include "road/chainage.h"
 #include "road/roadelement.h"
+#include "road/stationindex.h"
 
 namespace clxml {
+
+class xmlout_element;
 
 /// The sides of a road, as indexes.
 enum dbroad_Side : int { DBROAD_SideLeft = 0, DBROAD_SideRight = 1 };
@@ -62,6 +67,27 @@ class TemplatePlacementArray final
   /// Both sides of each placement have one station, no two neighbours have exactly the same, and
   /// the first and the last lie within the road from start to end.
   bool CheckConsistency (double start, double end) const;
+  /// The TemplatePositioning section of a road file.
+  std::unique_ptr<xmlout_element> ToXml () const;
+};
+
+/// The lookups of a list of placements for many stations: each costs a binary search where the list
+/// is in station order. The list must outlive the index and not change.
+class TemplatePlacementIndex {
+ public:
+  explicit TemplatePlacementIndex (const TemplatePlacementArray& placements);
+  /// As the operations of the list.
+  SidedTemplatePlacement PreviousPlacement (double station) const;
+  SidedTemplatePlacement NextPlacement (double station) const;
+
+ private:
+  using BySide = std::array<int, 2>;  // a placement for each side, -1 for none
+  SidedTemplatePlacement At (const BySide& found) const;
+
+  const TemplatePlacementArray& _Placements;
+  StationIndex _Stations;
+  std::vector<BySide> _Previous;  // the last that is not Interpolate among the first n placements
+  std::vector<BySide> _Next;      // the first that is not Interpolate from placement n on
 };
 
 }  // namespace clxml

@@ -27,6 +27,10 @@ namespace {
 
 constexpr const char* FirstLine = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n";
 constexpr const char* RootName = "NorvathRoad";
+constexpr const char* HorizontalName = "HorizontalAlignment";
+constexpr const char* VerticalName = "VerticalAlignment";
+constexpr const char* PlacementsName = "TemplatePositioning";
+constexpr const char* SupersName = "SuperelevationAndWidening";
 constexpr const char* TemplateName = "TemplateRecord";
 constexpr const char* FormatVersion = "4.0";
 constexpr const char* Product = "Norvath Chartwork Logbook";
@@ -38,9 +42,9 @@ constexpr const char* SchemaLocation =
 
 // Writing.
 
-xmlout_element& AddSection (xmlout_element& root, const char* name) {
-  xmlout_element& section = root.Add (name);
-  section.SpacedBlock = true;
+std::unique_ptr<xmlout_element> NewSection (const char* name) {
+  auto section = std::make_unique<xmlout_element> (name);
+  section->SpacedBlock = true;
   return section;
 }
 
@@ -50,11 +54,18 @@ void AddElements (xmlout_element& section, const RoadElementArray& elements) {
 }
 
 template <class T>
-void AddAlignment (xmlout_element& root, const char* name, const T& alignment) {
-  xmlout_element& section = AddSection (root, name);
-  section.Add ("StartStation", xml_DoubleText (alignment.StartChainage ()));
-  section.Add ("EndStation", xml_DoubleText (alignment.EndChainage ()));
-  AddElements (section, alignment);
+std::unique_ptr<xmlout_element> AlignmentXml (const char* name, const T& alignment) {
+  std::unique_ptr<xmlout_element> section = NewSection (name);
+  section->Add ("StartStation", xml_DoubleText (alignment.StartChainage ()));
+  section->Add ("EndStation", xml_DoubleText (alignment.EndChainage ()));
+  AddElements (*section, alignment);
+  return section;
+}
+
+std::unique_ptr<xmlout_element> ListXml (const char* name, const RoadElementArray& elements) {
+  std::unique_ptr<xmlout_element> section = NewSection (name);
+  AddElements (*section, elements);
+  return section;
 }
 
 void BuildTree (const NorvathRoad& road, xmlout_element& root) {
@@ -65,15 +76,12 @@ void BuildTree (const NorvathRoad& road, xmlout_element& root) {
   root.AddAttribute ("xsi:schemaLocation", SchemaLocation);
   root.Add ("Name", road.Name);
   root.Add ("StationInterval", xml_DoubleText (road.StationInterval));
-  AddAlignment (root, "HorizontalAlignment", road.Horizontal);
-  AddAlignment (root, "VerticalAlignment", road.Vertical);
-  AddElements (AddSection (root, "TemplatePositioning"), road.TemplatePlacements);
-  AddElements (AddSection (root, "SuperelevationAndWidening"), road.Supers);
-  for (const CrossSectionTemplate& crossSection : road.Templates) {
-    xmlout_element& section = AddSection (root, TemplateName);
-    section.Add ("Name", crossSection.Name);
-    AddElements (section, crossSection);
-  }
+  root.AddChild (road.Horizontal.ToXml ());
+  root.AddChild (road.Vertical.ToXml ());
+  root.AddChild (road.TemplatePlacements.ToXml ());
+  root.AddChild (road.Supers.ToXml ());
+  for (const CrossSectionTemplate& crossSection : road.Templates)
+    root.AddChild (crossSection.ToXml ());
 }
 
 // The file of one road. What could not be written whole is gone again.
@@ -177,6 +185,29 @@ void ReadHead (const xml_element& root, NorvathRoad& road) {
 
 }  // namespace
 
+std::unique_ptr<xmlout_element> HorizontalElementArray::ToXml () const {
+  return AlignmentXml (HorizontalName, *this);
+}
+
+std::unique_ptr<xmlout_element> VerticalElementArray::ToXml () const {
+  return AlignmentXml (VerticalName, *this);
+}
+
+std::unique_ptr<xmlout_element> TemplatePlacementArray::ToXml () const {
+  return ListXml (PlacementsName, *this);
+}
+
+std::unique_ptr<xmlout_element> SuperElevationArray::ToXml () const {
+  return ListXml (SupersName, *this);
+}
+
+std::unique_ptr<xmlout_element> CrossSectionTemplate::ToXml () const {
+  std::unique_ptr<xmlout_element> section = NewSection (TemplateName);
+  section->Add ("Name", Name);
+  AddElements (*section, *this);
+  return section;
+}
+
 bool NorvathRoad::Save () const { return RxlWriter (*this).Write (); }
 
 bool road_LoadFile (NorvathRoad& road, const Str& path, bool horizontalOnly) {
@@ -199,12 +230,12 @@ bool road_LoadFile (NorvathRoad& road, const Str& path, bool horizontalOnly) {
   }
   const xml_element& root = *tree.Root ();
   ReadHead (root, road);
-  if (!horizontalOnly) ReadSection (root, "VerticalAlignment", road.Vertical);
-  ReadSection (root, "HorizontalAlignment", road.Horizontal);
+  if (!horizontalOnly) ReadSection (root, VerticalName, road.Vertical);
+  ReadSection (root, HorizontalName, road.Horizontal);
   road.HorizontalLoaded = true;
   if (horizontalOnly) return true;
-  ReadSection (root, "TemplatePositioning", road.TemplatePlacements);
-  ReadSection (root, "SuperelevationAndWidening", road.Supers);
+  ReadSection (root, PlacementsName, road.TemplatePlacements);
+  ReadSection (root, SupersName, road.Supers);
   ReadTemplates (root, road.Templates);
   road.Vertical.LinkNeighbours ();
   road.BuildChainageList ();

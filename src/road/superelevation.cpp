@@ -34,32 +34,59 @@ bool SuperElevationWidening::IsComplete () const noexcept {
          !maths_IsNull (Widening[0]) && !maths_IsNull (Widening[1]);
 }
 
+namespace {
+
+// The values at a station between two entries, of which the upper one is complete. Without a lower
+// one they are null.
+SuperElevationWidening Interpolate (const SuperElevationWidening* lower,
+                                    const SuperElevationWidening& upper, double station) {
+  SuperElevationWidening value;
+  value.Chainage = station;
+  value.Widening = {MATHS_Null, MATHS_Null};
+  if (lower == nullptr) return value;
+  value.Pivot = lower->Pivot;
+  const auto between = [&] (double a, double b) {
+    return maths_NullUnlessFinite (
+        roadcogo_Interpolate (a, b, lower->Chainage, upper.Chainage, station));
+  };
+  for (std::size_t side = 0; side < 2; side++) {
+    value.Superelevation[side] = between (lower->Superelevation[side], upper.Superelevation[side]);
+    value.Widening[side] = between (lower->Widening[side], upper.Widening[side]);
+  }
+  return value;
+}
+
+}  // namespace
+
 SuperElevationWidening SuperElevationArray::ValueAt (double station) const {
-  if (IsEmpty ()) return SuperElevationWidening ();
   const SuperElevationWidening* lower = nullptr;
-  const SuperElevationWidening* upper = nullptr;
-  for (int i = 0; i < Count () && upper == nullptr; i++) {
+  for (int i = 0; i < Count (); i++) {
     const SuperElevationWidening& entry = Entry (i);
     if (approx (entry.Chainage, EQ, station) && entry.IsComplete ()) return entry;
     if (approx (entry.Chainage, LE, station)) lower = &entry;
-    if (approx (entry.Chainage, GE, station) && entry.IsComplete ()) upper = &entry;
+    if (approx (entry.Chainage, GE, station) && entry.IsComplete ())
+      return Interpolate (lower, entry, station);
   }
-  if (lower != nullptr && upper == nullptr) return *lower;
+  return lower != nullptr ? *lower : SuperElevationWidening ();
+}
 
-  SuperElevationWidening value;
-  value.Chainage = station;
-  if (lower != nullptr) value.Pivot = lower->Pivot;
-  for (std::size_t side = 0; side < 2; side++) {
-    value.Superelevation[side] = value.Widening[side] = MATHS_Null;
-    if (lower == nullptr) continue;
-    const auto between = [&] (double a, double b) {
-      return maths_NullUnlessFinite (
-          roadcogo_Interpolate (a, b, lower->Chainage, upper->Chainage, station));
-    };
-    value.Superelevation[side] = between (lower->Superelevation[side], upper->Superelevation[side]);
-    value.Widening[side] = between (lower->Widening[side], upper->Widening[side]);
+SuperElevationIndex::SuperElevationIndex (const SuperElevationArray& entries)
+    : _Entries (entries), _NextComplete (static_cast<std::size_t> (entries.Count ()) + 1, -1) {
+  for (int i = 0; i < entries.Count (); i++) _Stations.Add (entries.At (i)->Chainage);
+  for (int i = entries.Count () - 1; i >= 0; i--) {
+    const auto n = static_cast<std::size_t> (i);
+    _NextComplete[n] = entries.At (i)->IsComplete () ? i : _NextComplete[n + 1];
   }
-  return value;
+}
+
+SuperElevationWidening SuperElevationIndex::ValueAt (double station) const {
+  if (!_Stations.Answers (station)) return _Entries.ValueAt (station);
+  const int upTo = _Stations.CountUpTo (station);
+  const int next = _NextComplete[static_cast<std::size_t> (_Stations.CountBefore (station))];
+  const SuperElevationWidening* lower = upTo > 0 ? _Entries.At (upTo - 1) : nullptr;
+  if (next < 0) return lower != nullptr ? *lower : SuperElevationWidening ();
+  // An entry at the station itself, or the first one after it.
+  return next < upTo ? *_Entries.At (next) : Interpolate (lower, *_Entries.At (next), station);
 }
 
 // The rate at which a side's grade changes from the entry before ndx to ndx, 1 <= ndx < Count.

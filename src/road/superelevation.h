@@ -5,13 +5,18 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 #include "numerics/maths.h"
 #include "road/chainage.h"
 #include "road/placements.h"
 #include "road/roadelement.h"
+#include "road/stationindex.h"
 
 namespace clxml {
+
+class xmlout_element;
 
 /// Superelevation and widening at one station.
 class SuperElevationWidening final
@@ -36,16 +41,20 @@ class SuperElevationWidening final
 class SuperElevationArray final
     : public RoadElementArrayOf<SuperElevationWidening, SuperElevationArray> {
  public:
-  /// The values at a station: a complete entry that stands there, otherwise what lies between the
-  /// last entry at or before it and the first complete one at or behind it, with the pivot of the
-  /// former; superelevation runs as an angle. Beyond the last entry its values stay; before the
-  /// first all four are null. Without entries the default.
+  /// The values at a station: a complete entry at that station, otherwise the interpolation between
+  /// the last entry at or before it and the first complete one at or after it, with the pivot of
+  /// the former; superelevation is interpolated as an angle. A value that the former lacks is null.
+  /// After the last complete entry the last entry at or before the station; before the first entry
+  /// all four values are null. The default if there is no entry at or before the station and no
+  /// complete one after it.
   SuperElevationWidening ValueAt (double station) const;
   /// Adds the stations at which superelevation or widening starts, ends, is full or changes rate.
   void AddChainages (ChainageElementArray& list) const;
   /// No two neighbours have exactly the same station, and the first and the last lie within the
   /// road from start to end.
   bool CheckConsistency (double start, double end) const;
+  /// The SuperelevationAndWidening section of a road file.
+  std::unique_ptr<xmlout_element> ToXml () const;
 
  private:
   // Entry i; i lies in the array.
@@ -63,6 +72,19 @@ class SuperElevationArray final
   bool PassesLevel (int ndx) const noexcept;
   void AddSuperelevationEvents (ChainageElementArray& list) const;
   void AddWideningEvents (ChainageElementArray& list) const;
+};
+
+/// SuperElevationArray::ValueAt for many stations: each costs a binary search where the list is in
+/// station order. The list must outlive the index and not change.
+class SuperElevationIndex {
+ public:
+  explicit SuperElevationIndex (const SuperElevationArray& entries);
+  SuperElevationWidening ValueAt (double station) const;
+
+ private:
+  const SuperElevationArray& _Entries;
+  StationIndex _Stations;
+  std::vector<int> _NextComplete;  // the first complete entry from entry n on, -1 for none
 };
 
 }  // namespace clxml

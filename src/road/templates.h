@@ -3,11 +3,15 @@
 // road names the templates that apply. Leans on roadelement.
 #pragma once
 
+#include <memory>
+
 #include "numerics/maths.h"
 #include "road/growinglist.h"
 #include "road/roadelement.h"
 
 namespace clxml {
+
+class xmlout_element;
 
 /// A part of a template. Grades are angles in radians, positive rising outwards; distances metres.
 class TemplateElement : public RoadElement {
@@ -92,6 +96,8 @@ class CrossSectionTemplate final
   int WideningStripCount () const noexcept;
   /// A strip has a HorizontalDistance below 0.
   bool IsInvalid () const noexcept;
+  /// The TemplateRecord of a road file.
+  std::unique_ptr<xmlout_element> ToXml () const;
 };
 
 /// The templates of a road or of a job, by value.

@@ -188,15 +188,19 @@ void VerticalParabola::Compute () {
     IntersectionPoint = VerticalPosition ();
     if (StartPoint.IsNull () || EndPoint.IsNull ()) return;
     Length = maths_Subtract (EndPoint.Station, StartPoint.Station);
+    if (maths_IsNull (KFactor)) return;
+    const double half = maths_Divide (Length, 2.0);
+    IntersectionPoint.Station = maths_Add (StartPoint.Station, half);
     const double change = maths_Divide (maths_Divide (Length, KFactor), 100.0);
-    const double before = road_Grade (PreviousEndPoint, StartPoint);
+    // No straight lies between two curves that touch: the grade is the one of the other curve.
+    const double before = PreviousEndPoint == StartPoint
+                              ? PreviousGradeOut
+                              : road_Grade (PreviousEndPoint, StartPoint);
     const double chord = road_Grade (StartPoint, EndPoint);
     if (maths_IsNull (change) || maths_IsNull (before) || maths_IsNull (chord)) return;
     const double slope = maths_Add (Slope (chord), chord < before ? change / 2 : -change / 2);
-    const double half = Length / 2;
     GradeIn = maths_ArcTan (slope);
-    IntersectionPoint = {maths_Add (StartPoint.Station, half),
-                         maths_Add (StartPoint.Elevation, maths_Multiply (slope, half))};
+    IntersectionPoint.Elevation = maths_Add (StartPoint.Elevation, maths_Multiply (slope, half));
     GradeOut = road_Grade (IntersectionPoint, EndPoint);
     FindSagSummit ();
   }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "Library/cogo/roadcogo.h"
 #include "numerics/maths.h"
@@ -12,6 +13,8 @@
 #include "road/roadelement.h"
 
 namespace clxml {
+
+class xmlout_element;
 
 /// The angle of the line between two places, radians, atan2 (Δelevation, Δstation); null when one
 /// is null or both are the same.
@@ -30,11 +33,12 @@ class VerticalBase : public RoadElement {
   int32_t KeyinMethod = VPI;    ///< Method
   VerticalPosition EndPoint;    ///< end of the curve
   VerticalPosition StartPoint;  ///< start of the curve
-  // Copies of the neighbours' places, which VerticalElementArray keeps.
+  // Copies of the neighbours' values, which VerticalElementArray maintains.
   VerticalPosition NextIntersection;
   VerticalPosition NextStartPoint;
   VerticalPosition PreviousIntersection;
   VerticalPosition PreviousEndPoint;
+  double PreviousGradeOut = MATHS_Null;
   VerticalPosition IntersectionPoint;  ///< of the two grades
   double Tolerance = 0.001;            ///< by how much neighbouring curves may overlap, metres
 
@@ -165,6 +169,8 @@ class VerticalElementArray final : public RoadElementArrayOf<VerticalBase, Verti
   /// No curve runs into its neighbour by more than its tolerance or is impossible by its values;
   /// with style ByVPI the last element is a VerticalPoint.
   bool CheckConsistency () const;
+  /// The VerticalAlignment section of a road file.
+  std::unique_ptr<xmlout_element> ToXml () const;
 };
 
 }  // namespace clxml

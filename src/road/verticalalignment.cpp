@@ -34,6 +34,7 @@ void VerticalElementArray::Settle () {
     const bool isPoint = VerticalPoint::IsType (element.ElementType ());
     element.NextIntersection = element.NextStartPoint = VerticalPosition ();
     element.PreviousIntersection = element.PreviousEndPoint = VerticalPosition ();
+    element.PreviousGradeOut = MATHS_Null;
     if (isByVPI)
       element.StartPoint = element.EndPoint = VerticalPosition ();
     else if (!isPoint)
@@ -49,7 +50,10 @@ void VerticalElementArray::Settle () {
       if (before) element.PreviousIntersection = before->IntersectionPoint;
       if (after) element.NextIntersection = after->IntersectionPoint;
     } else {
-      if (before) element.PreviousEndPoint = before->EndPoint;
+      if (before) {
+        element.PreviousEndPoint = before->EndPoint;
+        element.PreviousGradeOut = before->GradeOut;
+      }
       if (after) element.NextStartPoint = after->StartPoint;
     }
     element.Compute ();

@@ -3,6 +3,7 @@
 #include "road/vertical.h"
 
 #include <random>
+#include <tuple>
 
 #include "road/roadtest.h"
 
@@ -186,6 +187,37 @@ TEST_F (VerticalAlignment, ComputesTheSameByStartAndEndPoints) {
     EXPECT_NEAR (line.ElevationAt (205.0), byVPI.ElevationAt (205.0), 1e-8);
     EXPECT_EQ (line.At (2)->PreviousIntersection.Station, curve.IntersectionPoint.Station);
   }
+}
+
+// Two parabolas of one grade line, keyed by their ends, with no straight between them.
+TEST_F (VerticalAlignment, ParabolaThatTouchesTheOneBeforeTakesItsGrade) {
+  VerticalElementArray line;
+  AddPoint (line, 0.0, 50.0);
+  for (const auto& [start, end, k] :
+       {std::tuple{VerticalPosition{100.0, 52.0}, VerticalPosition{200.0, 53.0}, 50.0},
+        {VerticalPosition{200.0, 53.0}, VerticalPosition{320.0, 54.8}, 40.0}}) {
+    auto* parabola = line.New<VerticalParabola> ();
+    parabola->StartPoint = start;
+    parabola->EndPoint = end;
+    parabola->KFactor = k;
+  }
+  AddPoint (line, 420.0, 57.8);
+  for (int i = 1; i < 4; i++) line.At (i)->KeyinMethod = VerticalBase::StartAndEndPoints;
+  line.Settle ();
+  EXPECT_NEAR (std::tan (line.At (1)->GradeOut), 0.0, 1e-12);
+  EXPECT_NEAR (line.At (2)->IntersectionPoint.Station, 260.0, 1e-12);
+  EXPECT_NEAR (line.At (2)->IntersectionPoint.Elevation, 53.0, 1e-12);
+  EXPECT_NEAR (std::tan (line.At (2)->GradeOut), 0.03, 1e-12);
+  // By hand: 53 + x^2 * 0.03 / 240.
+  EXPECT_NEAR (line.ElevationAt (260.0), 53.45, 1e-9);
+  // The other curve has no grade: only the station is known.
+  line.At (1)->EndPoint.Elevation = none;
+  line.At (2)->PreviousEndPoint = line.At (2)->StartPoint;
+  line.At (2)->PreviousGradeOut = none;
+  line.At (2)->Compute ();
+  EXPECT_EQ (line.At (2)->IntersectionPoint.Station, 260.0);
+  EXPECT_TRUE (maths_IsNull (line.At (2)->IntersectionPoint.Elevation) &&
+               maths_IsNull (line.At (2)->GradeIn));
 }
 
 TEST_F (VerticalAlignment, AsymmetricParabolasStandWithoutALengthAndByTheirEnds) {
