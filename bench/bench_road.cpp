@@ -1,6 +1,6 @@
-// Measures a road of 1,000 elements on its way out of an import, and back.
-// The import captures, computes and writes it whole; the reader takes the road file in, and
-// stations and coordinates are asked for. Leans on Google Benchmark and the road model.
+// Measures a road of 1,000 elements from the import to the road file and back, and cross sections.
+// The import captures, computes and writes the road; the reader reads the file, and stations,
+// coordinates and cross sections are queried.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -12,7 +12,9 @@
 #include "platform/folder.h"
 #include "road/RoadNorvath.h"
 #include "road/roadfile.h"
+#include "road/roadsections.h"
 #include "road/roadtransform.h"
+#include "road/roadxs.h"
 
 namespace {
 
@@ -193,6 +195,82 @@ void QueryCoordinate (benchmark::State& state) {
   state.SetItemsProcessed (state.iterations ());
 }
 
+// A straight of 10 km with so many placements and as many superelevation entries; with blending
+// neighbouring placements have different templates.
+NorvathRoad RoadOfSections (int count, bool isBlended) {
+  NorvathRoad road;
+  constexpr double length = 10000.0;
+  auto* straight = road.Horizontal.New<HorizontalStraight> ();
+  straight->StartChainage = straight->StartAzimuth = 0.0;
+  straight->Length = straight->EndChainage = length;
+  straight->StartCoordinate = {800000.0, 400000.0, MATHS_Null};
+  straight->ComputeEnd ();
+  for (const double station : {0.0, length}) {
+    auto* point = road.Vertical.New<VerticalPoint> ();
+    point->Point = point->IntersectionPoint = {station, 100.0};
+    point->StartPoint = point->EndPoint = point->Point;
+  }
+  road.Vertical.LinkNeighbours ();
+  for (const char* name : {"A", "B"}) {
+    CrossSectionTemplate section;
+    section.Name = name;
+    for (int i = 0; i < (*name == 'A' ? 4 : 5); i++) {
+      auto* strip = section.New<TemplateDistanceGrade> ();
+      strip->Code = "EDGE";
+      strip->Grade = -0.03;
+      strip->HorizontalDistance = 1.5;
+      strip->ApplySuperelevation = strip->ApplyWidening = i < 2;
+    }
+    auto* slope = section.New<TemplateSideSlope> ();
+    slope->CutGrade = slope->FillGrade = 0.5;
+    road.Templates.Add (std::move (section));
+  }
+  for (int i = 0; i < count; i++) {
+    const double station = length * i / count;
+    const SidePlacement side = {SidePlacement::UserDefined, isBlended && i % 2 ? "B" : "A",
+                                station};
+    road.TemplatePlacements.New<SidedTemplatePlacement> ()->Sides = {side, side};
+    auto* entry = road.Supers.New<SuperElevationWidening> ();
+    entry->Chainage = station;
+    entry->Superelevation = {0.02 * (i % 3), -0.02 * (i % 3)};
+    entry->Widening = {0.5, 0.0};
+  }
+  return road;
+}
+
+// Cross sections at stations all over the road: by the index, and one by one by the road itself.
+template <bool isIndexed>
+void CrossSections (benchmark::State& state) {
+  SetCurrentTransformation (coordsys_Corrections ());
+  const NorvathRoad road =
+      RoadOfSections (static_cast<int> (state.range (0)), state.range (1) != 0);
+  const RoadSections sections (road);
+  roadxs_CrossSection section;
+  int query = 0;
+  for (auto _ : state) {
+    query = (query + 7919) % 100003;
+    const double station = 10000.0 * query / 100003;
+    if (isIndexed)
+      sections.CrossSectionAt (station, section);
+    else
+      road.CrossSectionAt (station, section);
+    if (section.Right ().NodeCount () < 4) state.SkipWithError ("no section");
+    benchmark::DoNotOptimize (section);
+  }
+  state.SetItemsProcessed (state.iterations ());
+  ReleaseCurrentTransformation ();
+}
+
+BENCHMARK (CrossSections<true>)
+    ->Name ("CrossSectionsByIndex")
+    ->ArgNames ({"placements", "blended"})
+    ->ArgsProduct ({{10, 100, 1000, 10000}, {0, 1}})
+    ->Unit (benchmark::kMicrosecond);
+BENCHMARK (CrossSections<false>)
+    ->Name ("CrossSectionAt")
+    ->ArgNames ({"placements", "blended"})
+    ->ArgsProduct ({{10, 100, 1000, 10000}, {0, 1}})
+    ->Unit (benchmark::kMicrosecond);
 BENCHMARK (ComputeRoad)->Arg (1000)->Arg (10000)->Unit (benchmark::kMillisecond);
 BENCHMARK (QueryStation)->Arg (1000)->Arg (10000)->Unit (benchmark::kMicrosecond);
 BENCHMARK (QueryCoordinate)->Arg (1000)->Arg (10000)->Unit (benchmark::kMicrosecond);

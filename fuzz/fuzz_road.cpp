@@ -1,6 +1,6 @@
 // Attacks the reading of a road file with any bytes.
-// What is read is written and read again with the same elements, validated, and asked for its
-// stations, places and elevations. Leans on the road model.
+// A road that is read is written and read again with the same elements, validated, and asked for
+// its stations, positions, elevations and cross sections.
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -9,7 +9,9 @@
 #include "folder.h"
 #include "road/RoadNorvath.h"
 #include "road/roadfile.h"
+#include "road/roadsections.h"
 #include "road/roadtransform.h"
+#include "road/roadxs.h"
 
 namespace {
 
@@ -22,19 +24,37 @@ int CountAll (const NorvathRoad& road) {
   return count;
 }
 
+// Elevations, grades and the walk over all places of a section.
+void AskSection (const roadxs_CrossSection& section) {
+  for (const double offset : {-1000.0, -3.0, 0.0, 2.5, 1000.0}) {
+    const roadxs_Offset place (offset);
+    section.DesignElevation (place);
+    section.DesignElevationWithGround (place, -1.0);
+    section.GradeAt (place);
+  }
+  roadxs_Offset place (ROADXS_LeftBatterOffset);
+  int steps = 0;
+  while (section.NextRight (place))
+    if (steps++ > section.NodeCount ()) std::abort ();
+}
+
 // Whatever the numbers are, every question has an answer, if only a null.
 void Ask (NorvathRoad& road) {
   road.Validate ();
   road.BuildChainageList ({true, true, true, true, true});
   ChainageItem item;
   item.Chainage = road.StartChainage ();
+  const RoadSections sections (road);
+  roadxs_CrossSection section;
   for (int i = 0; i < 20 && road.Chainages.Next (item); i++) {
     RoadPosition position;
     if (road.Horizontal.PositionAt (item.Chainage, position))
       road.StationAtPoint (position.Coordinate);
     road.Vertical.ElevationAt (item.Chainage);
-    road.Supers.ValueAt (item.Chainage);
-    road.TemplatePlacements.PreviousPlacement (item.Chainage);
+    road.CrossSectionAt (item.Chainage, section);
+    AskSection (section);
+    sections.CrossSectionAt (item.Chainage + 1.0, section);
+    AskSection (section);
   }
   road.Vertical.Settle ();
 }

@@ -8,6 +8,35 @@
 #include "roadtext.h"
 
 namespace clxml::tool {
+namespace {
+
+constexpr const char* style = R"(<style>
+text { font-family: "DejaVu Sans", Helvetica, Arial, sans-serif; font-size: 2px; fill: #222; }
+.title { font-size: 5px; font-weight: bold; }
+.note { font-size: 2.6px; }
+.word, .halo { font-size: 2.2px; }
+.word, .halo, .small, .faint { paint-order: stroke; stroke: #fff; stroke-width: 0.7px; stroke-linejoin: round; }
+.faint { fill: #667; }
+.leftside { fill: #1f6fb2; } .rightside { fill: #b8322a; }
+text.leftside, text.rightside { font-size: 1.8px; }
+line, path, rect, circle { fill: none; stroke: #222; stroke-width: 0.18px; }
+.grid { stroke: #ccd3da; stroke-width: 0.12px; }
+.frame { stroke-width: 0.3px; }
+.panel { fill: #fff; fill-opacity: 0.9; stroke-width: 0.15px; stroke: #99a; }
+.solid { fill: #222; } .open { fill: #fff; }
+.tick { stroke-width: 0.2px; }
+.change { stroke: #889; stroke-width: 0.15px; }
+.straight { stroke-width: 0.6px; }
+.spiral { stroke: #1f6fb2; stroke-width: 0.6px; }
+.arc { stroke: #b8322a; stroke-width: 0.6px; }
+.profile { stroke: #b8322a; stroke-width: 0.5px; stroke-linejoin: round; }
+.tangent { stroke: #667; stroke-dasharray: 1.6 0.8; }
+.curvature { stroke-width: 0.35px; fill: #e8edf2; stroke-linejoin: round; }
+.leftline { stroke: #1f6fb2; stroke-width: 0.35px; } .rightline { stroke: #b8322a; stroke-width: 0.35px; }
+</style>
+)";
+
+}  // namespace
 
 int DecimalsOf (double step) {
   int decimals = 0;
@@ -37,6 +66,23 @@ void Svg::Add (const char* format, ...) {
   std::vsnprintf (line, sizeof line, format, arguments);
   va_end (arguments);
   _Text += line;
+}
+
+void Svg::Open (const std::string& title, double width, double height) {
+  Add (
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%.0fmm\" height=\"%.0fmm\" "
+      "viewBox=\"0 0 %.0f %.0f\" xml:space=\"preserve\">\n",
+      width, height, width, height);
+  Raw ("<title>" + Escaped (title) + "</title>\n");
+  Raw (style);
+  Add ("<rect x=\"0\" y=\"0\" width=\"%.0f\" height=\"%.0f\" style=\"fill:#fff;stroke:none\"/>\n",
+       width, height);
+}
+
+std::string Svg::Close () {
+  Raw ("</svg>\n");
+  return std::move (_Text);
 }
 
 void Svg::Line (const char* kind, Point a, Point b) {

@@ -55,6 +55,10 @@ void ForMultiples (double from, double to, double step, Call call) {
 /// class of the style.
 class Svg {
  public:
+  /// Begins the document: its size in millimetres, its style and a white ground.
+  void Open (const std::string& title, double width, double height);
+  /// Ends the document and returns it.
+  std::string Close ();
   [[gnu::format (printf, 2, 3)]] void Add (const char* format, ...);
   void Raw (const std::string& text) { _Text += text; }
   void Line (const char* kind, Point a, Point b);
@@ -65,7 +69,6 @@ class Svg {
   void Circle (const char* kind, Point at, double radius);
   /// What lies closer to the last point than a pen can show is left out.
   void Path (const char* kind, const std::vector<Point>& points);
-  std::string Take () { return std::move (_Text); }
 
  private:
   std::string _Text;

@@ -6,45 +6,9 @@
 #include <cstdio>
 
 #include "Library/cogo/cogo.h"
-#include "numerics/approx.h"
 
 namespace clxml::tool {
 namespace {
-
-// Lines of cells under a head, each column as wide as its widest cell. Numbers stand to the right:
-// every column but the first two.
-class Table {
- public:
-  explicit Table (std::vector<std::string> head) { Add (std::move (head)); }
-  void Add (std::vector<std::string> row) { _Rows.push_back (std::move (row)); }
-  std::string Text () const {
-    std::vector<std::size_t> widths (_Rows.front ().size (), 0);
-    for (const auto& row : _Rows)
-      for (std::size_t i = 0; i < row.size (); i++)
-        widths[i] = std::max (widths[i], Width (row[i]));
-    std::string text;
-    for (const auto& row : _Rows) {
-      std::string line;
-      for (std::size_t i = 0; i < row.size (); i++) {
-        const std::string padding (widths[i] - Width (row[i]), ' ');
-        line += "  ";
-        line += i < 2 ? row[i] + padding : padding + row[i];
-      }
-      line.erase (line.find_last_not_of (' ') + 1);
-      text += line + '\n';
-    }
-    return text;
-  }
-
- private:
-  // Characters, not bytes: what follows a first byte does not count.
-  static std::size_t Width (const std::string& text) {
-    return static_cast<std::size_t> (std::count_if (text.begin (), text.end (), [] (char c) {
-      return (static_cast<unsigned char> (c) & 0xC0) != 0x80;
-    }));
-  }
-  std::vector<std::vector<std::string>> _Rows;
-};
 
 // A radius whose null is a straight line.
 std::string RadiusText (double radius) {
@@ -177,7 +141,32 @@ std::string TemplateText (const CrossSectionTemplate& section) {
   return table.Text ();
 }
 
+// Characters, not bytes: what follows a first byte does not count.
+std::size_t Width (const std::string& text) {
+  return static_cast<std::size_t> (std::count_if (text.begin (), text.end (), [] (char c) {
+    return (static_cast<unsigned char> (c) & 0xC0) != 0x80;
+  }));
+}
+
 }  // namespace
+
+std::string Table::Text () const {
+  std::vector<std::size_t> widths (_Rows.front ().size (), 0);
+  for (const auto& row : _Rows)
+    for (std::size_t i = 0; i < row.size (); i++) widths[i] = std::max (widths[i], Width (row[i]));
+  std::string text;
+  for (const auto& row : _Rows) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size (); i++) {
+      const std::string padding (widths[i] - Width (row[i]), ' ');
+      line += "  ";
+      line += i < 2 ? row[i] + padding : padding + row[i];
+    }
+    line.erase (line.find_last_not_of (' ') + 1);
+    text += line + '\n';
+  }
+  return text;
+}
 
 std::string NumberText (double value, int decimals) {
   if (maths_IsNull (value) || !std::isfinite (value)) return "-";
@@ -278,17 +267,8 @@ std::string CleanText (const Str& text) {
 }
 
 bool PlaceOn (const NorvathRoad& road, double station, RoadPosition& place) {
-  if (!road.Horizontal.PositionAt (station, place)) return false;
-  // At its very start the alignment answers by the start point, which has no direction.
-  for (int i = 1; i < road.Horizontal.Count (); i++) {
-    const HorizontalBase& element = *road.Horizontal.At (i);
-    if (approx (station, GT, element.StartChainage)) break;
-    if (element.Length == 0.0) continue;
-    place = element.PositionAt (element.StartChainage);
-    place.Station = station;
-    break;
-  }
-  return !place.Coordinate.NullHorizontal () && !maths_IsNull (place.Azimuth);
+  return road.Horizontal.PositionAt (station, place) && !place.Coordinate.NullHorizontal () &&
+         !maths_IsNull (place.Azimuth);
 }
 
 std::string RoadListing (const NorvathRoad& road) {

@@ -4,11 +4,24 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "road/RoadNorvath.h"
 
 namespace clxml::tool {
+
+/// Lines of cells under a head, each column as wide as its widest cell. The first two columns are
+/// aligned to the left, the others to the right. All rows have as many cells as the head.
+class Table {
+ public:
+  explicit Table (std::vector<std::string> head) { Add (std::move (head)); }
+  void Add (std::vector<std::string> row) { _Rows.push_back (std::move (row)); }
+  std::string Text () const;
+
+ private:
+  std::vector<std::vector<std::string>> _Rows;
+};
 
 /// A number with that many decimals; "-" for null and for what is no number.
 std::string NumberText (double value, int decimals = 3);
@@ -29,7 +42,6 @@ std::string RoadListing (const NorvathRoad& road);
 std::vector<std::string> RoadFaults (const NorvathRoad& road);
 
 /// A place of the centre line. False outside the alignment and where its element lacks numbers.
-/// Unlike the alignment itself it has the true azimuth at the very first station.
 bool PlaceOn (const NorvathRoad& road, double station, RoadPosition& place);
 
 }  // namespace clxml::tool

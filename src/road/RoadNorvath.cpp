@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "numerics/approx.h"
+#include "road/roadxs.h"
 
 namespace clxml {
 
@@ -77,7 +78,11 @@ void NorvathRoad::BuildChainageList (const ChainageOptions& options) {
 }
 
 double NorvathRoad::DesignElevationAt (double station, double offset) const {
-  return approx (offset, EQ, 0.0) ? Vertical.ElevationAt (station) : MATHS_Null;
+  roadxs_CrossSection section;
+  CrossSectionAt (station, section);
+  const double elevation = section.DesignElevation (roadxs_Offset (offset));
+  if (!maths_IsNull (elevation) || !approx (offset, EQ, 0.0)) return elevation;
+  return section.DesignElevation (roadxs_Offset (0.0));
 }
 
 coord_CorrectedGrid NorvathRoad::GetCoordinateAt (double station, double offset,

@@ -34,7 +34,7 @@ class GenericRoad {
     return MATHS_Null;
   }
   virtual void SetName (const Str& /*name*/) {}
-  /// The cross section at a station.
+  /// The cross section at a station. Here the section stays as it is.
   virtual void CrossSectionAt (double /*station*/, roadxs_CrossSection& /*section*/) const {}
   /// Fills the list of stations with what its options ask for; by default nothing.
   virtual void BuildChainageList () {}
@@ -95,22 +95,29 @@ class NorvathRoad final : public GenericRoad {
   double EndChainage () const override { return Horizontal.EndChainage (); }
   double StationAtPoint (const coord_CorrectedGrid& coordinate) const override;
 
-  /// The stations of interest that the options ask for, in place of those that there are. Interval
-  /// stations fall on multiples of StationInterval; an interval that gives more than
-  /// MaximumStations gives none.
+  /// Replaces the stations of interest with those that the options ask for. Interval stations are
+  /// the multiples of StationInterval up to the end, which is taken 0.0005 wide; an interval that
+  /// gives more than MaximumStations gives none, and a log line.
   void BuildChainageList (const ChainageOptions& options);
   void BuildChainageList () override { BuildChainageList (ChainageOptions ()); }
   const ChainageList* GetChainageList () const override { return &Chainages; }
   static constexpr int MaximumStations = 1000000;
 
-  /// The coordinate at an offset (metres, to the right positive) beside a station, with the height
-  /// of the design there plus heightDelta; the elevation is null where there is no design, the
-  /// whole outside the alignment.
+  /// The cross section at a station of the alignment: position, direction and centre, and for each
+  /// side the strips of the template in force, tilted, widened, and blended with the next template.
+  /// Outside the alignment an empty section with a null Station; outside the vertical alignment,
+  /// and where no template is placed, the sides are empty. RoadSections does the same for many
+  /// stations at less cost.
+  void CrossSectionAt (double station, roadxs_CrossSection& section) const override;
+  /// The coordinate at an offset (metres, to the right positive) beside a station, with the design
+  /// elevation there plus heightDelta; the elevation is null where there is no design, all three
+  /// numbers are null outside the alignment.
   coord_CorrectedGrid GetCoordinateAt (double station, double offset, double heightDelta) const;
   /// Station and offset of a coordinate, and in Elevation its height above the design there.
   coord_StationOffset GetStationOffset (const coord_CorrectedGrid& coordinate) const;
-  /// The design elevation at a station and offset: that of the vertical alignment on the centre
-  /// line, which is 0.0005 wide to either side; null beside it and where there is none.
+  /// The design elevation at a station and offset: that of the cross section. On a side without
+  /// nodes the centre is 0.0005 wide, so that a point on the line has an elevation in spite of
+  /// rounding. Null beyond the last node and where there is none.
   double DesignElevationAt (double station, double offset) const;
   /// The box of the horizontal alignment: HorizontalElementArray::GetExtent.
   bool GetExtent (coord_CorrectedGrid& min, coord_CorrectedGrid& max) const {

@@ -339,8 +339,8 @@ void Children (V& v, Of<V, TemplateSideSlope>& slope) {
 
 void Complete (RoadElement&) {}
 
+// The length stays null, so that at the first station the element after the start point answers.
 void Complete (HorizontalStartPoint& start) {
-  start.Length = 0.0;
   start.EndChainage = start.StartChainage;
   start.EndCoordinate = start.StartCoordinate;
 }

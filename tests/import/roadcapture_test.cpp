@@ -162,7 +162,7 @@ class RoadCaptures : public ImportTest {
 };
 
 TEST_F (RoadCaptures, HorizontalElementsFollowEachOther) {
-  const std::string start = "Start 1 L0 100>100 ->- 1000,2000";
+  const std::string start = "Start 1 L- 100>100 ->- 1000,2000";
   const std::string arc = "Arc 2 L157.08 100>257.08 0>90 1100,2100 R100 A90 right";
   const std::string quarter = Arc ("RadAng", Tag ("Radius", "100") + Tag ("Angle", halfPi));
   const std::string exit = Spiral (false, "100", "60");

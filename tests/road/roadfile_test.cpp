@@ -146,7 +146,7 @@ TEST_F (RoadFile, HoldsEveryKindOfElement) {
            road.Templates.At (0)})
     for (int i = 0; i < list->Count (); i++) told.push_back (Told (list->Element (i)));
   EXPECT_EQ (told, (std::vector<std::string>{
-                       "1 [P'1] 100>100 ->- -0.5,0.00000000000001>-0.5,0.00000000000001 L0",
+                       "1 [P'1] 100>100 ->- -0.5,0.00000000000001>-0.5,0.00000000000001 L-",
                        "0 [] 100>100.5 90>90 -0.5,0.00000000000001>1,2 L0.5",
                        "3 [Q] 100.5>1E+20 0>0 1,2>-,- L12345678.901235 bent",
                        "3 [] 200>231.25 180>135 1,2>3,4 L31.25 R62.5>62.5 left A45",
@@ -273,6 +273,10 @@ TEST_F (RoadFile, ReadsWordsAndNumbersAsTheyAreMeant) {
       "<ApplyTemplates><LeftSide><Type>None</Type><Name>n</Name></LeftSide></ApplyTemplates>");
   EXPECT_EQ (static_cast<const SidedTemplatePlacement&> (*placed).Left ().Name, "");
   EXPECT_EQ (read ("<StartStation>1</StartStation>"), nullptr);
+  // No length: at the first station the element after the start point answers.
+  const auto start = read ("<StartPoint><StartStation>5</StartStation></StartPoint>");
+  const auto& point = static_cast<const HorizontalStartPoint&> (*start);
+  EXPECT_TRUE (point.EndChainage == 5.0 && maths_IsNull (point.Length));
 }
 
 TEST_F (RoadFile, TakesTheFirstOfEachSectionAndItsOwnElementsOnly) {

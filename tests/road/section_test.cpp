@@ -187,6 +187,11 @@ TEST_F (Road, SuperelevationRunsBetweenItsEntries) {
     EXPECT_EQ (value.Pivot, row.pivot) << row.station;
   }
   EXPECT_EQ (SuperElevationArray ().ValueAt (5.0), SuperElevationWidening ());
+  // No complete entry follows: the default before the first entry, then the last one as it is.
+  array = Supers ({{100, none, 0.02, 3}, {200, 0.01, none, 4}});
+  EXPECT_EQ (array.ValueAt (50.0), SuperElevationWidening ());
+  EXPECT_EQ (array.ValueAt (150.0), *array.At (0));
+  array = Supers ({{100, -0.03, -0.03, 0}, {140, 0.05, -0.05, 2}});
   EXPECT_TRUE (array.CheckConsistency (100, 200) && !array.CheckConsistency (100.1, 200));
   array.At (1)->Chainage = 100.0004;
   EXPECT_TRUE (array.CheckConsistency (100, 200));  // only what is exactly equal is the same
@@ -306,52 +311,25 @@ TEST_F (Road, TellsItsFirstFault) {
   }
 }
 
-// The line is half a millimetre wide; beside it there is no design.
-TEST_F (Road, HeightsAreAboveTheDesignOnTheLine) {
-  NorvathRoad road;
-  road.Horizontal.New<HorizontalStartPoint> ();
-  HorizontalStraight* straight = road.Horizontal.New<HorizontalStraight> ();
-  road.Horizontal.At (0)->StartChainage = straight->StartChainage = 0.0;
-  straight->StartCoordinate = {0, 0, 0};
-  straight->StartAzimuth = 0.0;
-  straight->Length = straight->EndChainage = 100.0;
-  straight->ComputeEnd ();
-  for (const double station : {0.0, 100.0}) {
-    VerticalPoint* point = road.Vertical.New<VerticalPoint> ();
-    point->Point = point->IntersectionPoint = {station, 7.0 + station / 10};
-    point->StartPoint = point->EndPoint = point->Point;
-  }
-  road.Vertical.LinkNeighbours ();
-  for (const double offset : {-0.0004, 0.0, 0.0004, 0.0006}) {
-    const coord_StationOffset place = road.GetStationOffset ({40.0, offset, 12.5});
-    EXPECT_NEAR (place.Station, 40.0, 1e-9);
-    EXPECT_NEAR (place.Offset, offset, 1e-9);
-    const coord_CorrectedGrid back = road.GetCoordinateAt (40.0, offset, 1.5);
-    EXPECT_NEAR (back.East, offset, 1e-9);
-    if (offset > 0.0005) {
-      EXPECT_TRUE (maths_IsNull (place.Elevation) && maths_IsNull (back.Elevation));
-      continue;
-    }
-    EXPECT_NEAR (place.Elevation, 1.5, 1e-9);
-    EXPECT_NEAR (back.Elevation, 12.5, 1e-9);
-  }
-}
-
 TEST_F (Road, IntervalStationsFallOnMultiples) {
   struct Row {
     double start, end, interval;
     const char* listed;
   };
-  for (const Row& row : {Row{12, 61, 20, "20:100 40:100 60:100"},
-                         {-25, 20, 20, "-20:100 0:100 20:100"},
-                         {40, 80, 20, "40:100 60:100 80:100"},
-                         {0, 10, 0, ""},
-                         {0, 10, -5, ""},
-                         {0, 10, none, ""},
-                         {0, 10, 1e-300, ""},
-                         {0, 1e300, 1, ""},
-                         {1e300, 1e300, 20, "1e+300:100"},
-                         {none, none, 20, ""}}) {
+  for (const Row& row :
+       {Row{12, 61, 20, "20:100 40:100 60:100"},
+        {-25, 20, 20, "-20:100 0:100 20:100"},
+        {40, 80, 20, "40:100 60:100 80:100"},
+        {0, 0.7, 0.1, "0:100 0.1:100 0.2:100 0.3:100 0.4:100 0.5:100 0.6:100 0.7:100"},
+        {0, 39.9996, 20, "0:100 20:100 40:100"},
+        {0, 39.9994, 20, "0:100 20:100"},
+        {0, 10, 0, ""},
+        {0, 10, -5, ""},
+        {0, 10, none, ""},
+        {0, 10, 1e-300, ""},
+        {0, 1e300, 1, ""},
+        {1e300, 1e300, 20, "1e+300:100"},
+        {none, none, 20, ""}}) {
     NorvathRoad road;
     HorizontalStartPoint* start = road.Horizontal.New<HorizontalStartPoint> ();
     start->StartChainage = row.start;
@@ -359,6 +337,8 @@ TEST_F (Road, IntervalStationsFallOnMultiples) {
     road.StationInterval = row.interval;
     road.BuildChainageList ({.Interval = true});
     EXPECT_EQ (Listed (road.Chainages.Elements), row.listed) << row.interval;
+    const bool areTooMany = row.interval == 1e-300 || (row.end == 1e300 && row.start == 0);
+    EXPECT_EQ (hearing.TakeLog ().size (), areTooMany ? 1u : 0u) << row.interval;
   }
 }
 

@@ -42,9 +42,10 @@ END
   roads
   clxml road "$main" --at 100 --at 0+172.5:-3 --at 1142.116
   says 0
-  # The first element's azimuth is N 62.5° E: the points follow with a pocket calculator.
+  # The first element's azimuth is N 62.5° E: the points follow with a pocket calculator. Beside the
+  # line the lane falls by 3 %.
   is "$(sed -n 1p out.txt)" 'station 100.000  offset 0.000  north 741250.0000  east 328400.0000  azimuth 62°30'"'"'00.0"  elevation 42.3100'
-  is "$(sed -n 2p out.txt)" 'station 172.500  offset -3.000  north 741286.1378  east 328462.9230  azimuth 62°30'"'"'00.0"  elevation 44.4850'
+  is "$(sed -n 2p out.txt)" 'station 172.500  offset -3.000  north 741286.1378  east 328462.9230  azimuth 62°30'"'"'00.0"  design elevation 44.3950'
   holds "$(sed -n 3p out.txt)" 'azimuth 36°48'"'"'21.0"'
   clxml road "$main" --at 99 --at 200
   says 3
@@ -103,6 +104,55 @@ END
   (ulimit -f 8; clxml road "$main" --svg big.svg; says 4)
   gone big.svg none
   is "$(find . -name '*.part')" ""
+}
+
+@test "cross sections are listed, given as JSON and drawn" {
+  roads
+  # Pivot left, -7 % and +7 %, 0.9 m wider: the centre rises by 0.04 * (4.7 + 0.9).
+  clxml road "$main" --section 750 --offset -3 20 --ground -1
+  says 0
+  squeezed=$(tr -s ' ' <<<"$out")
+  for line in "templates left SEALED, right SEALED" "left EOS -4.400 49.626 4.400 -7.000% -0.084" \
+    "centre 0.000 49.934 0.224" "right SHDR 4.700 50.251 1.200 6.000% 0.541" \
+    "right BATTER side slope cut 100.000% fill -66.667% ditch 1.200" \
+    "-3.000 49.7240 -7.000% 49.7240" "20.000 - - 40.4030"; do
+    holds "$squeezed" "$line"
+  done
+  # Between SEALED at 100 and KERBED at 420: the kerb grows out of the verge.
+  clxml road "$main" --section 100 --section 260 --section 99 --json --offset 0
+  says 3
+  holds "$err" "99.000: no place on this road"
+  is "$(wc -l <out.txt)" 3
+  holds "$(sed -n 1p out.txt)" '"centre":{"offset":0.0,"elevation":42.31},"left":{"template":"SEALED","nodes":[{"offset":-3.5,'
+  holds "$(sed -n 2p out.txt)" '"code":"FPATH"}],"sideSlope":{"code":"BATTER","cutGrade":0.785398163'
+  is "$(sed -n 3p out.txt)" '{"station":null,"north":null,"east":null,"elevation":null,"azimuth":null,"centre":{"offset":null,"elevation":null},"left":{"template":"","nodes":[],"sideSlope":null},"right":{"template":"","nodes":[],"sideSlope":null},"at":[{"offset":0.0,"elevation":null,"grade":0.0}]}'
+  clxml road "$main" --sections 500 --json
+  says 0
+  is "$(grep -o '"station":[0-9.]*' out.txt | tr '\n' ' ')" '"station":100.0 "station":500.0 "station":1000.0 "station":1142.1164473723 '
+
+  clxml road "$main" --section 750 --svg one.svg
+  says 0
+  is "$out$err" ""
+  clxml road "$main" --sections 100 --ground 0.5 --svg sheets.svg
+  says 0
+  xmllint --noout one.svg sheets.svg
+  for part in "0+750.000" "scale 1:50, heights 1:25 (vertical exaggeration 2)" "sheet 1 of 1" ">EOS<" \
+    ">-4.400<" ">50.251<" "cut 100.0% (1:1.00)" "fill -66.7% (1:1.50)"; do
+    grep -qF -- "$part" one.svg || { echo "no $part"; return 1; }
+  done
+  grep -qF "sheet 3 of 3" sheets.svg
+  grep -qF "ground 42.810" sheets.svg
+  clxml road "$main" --section 99 --svg none.svg
+  says 4
+  clxml road "$main" --sections 0.5 --svg none.svg
+  says 4
+  for bad in "--json" "--offset 3" "--ground 1" "--section x" "--section 750 --offset x" "--sections 0" \
+    "--section 750 --ground x"; do
+    # shellcheck disable=SC2086
+    clxml road "$main" $bad
+    says 64
+  done
+  gone none.svg
 }
 
 @test "what is no road, and what is hardly one" {
