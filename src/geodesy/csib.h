@@ -351,13 +351,17 @@ csib_Status csib_Unproject (csib_Block& block, const csib_Grid& point, csib_Geod
 /// The last step from the grid: finds the ellipsoidal height of a local point from its orthometric
 /// one. Without a geoid it is the same; with one at most 10 rounds, until a round changes it by
 /// less than 1e-6 m, or CSIB_HeightDidNotConverge. On a failure the point has no ellipsoidal
-/// height. Nothing happens to a point without an orthometric height.
-csib_Status csib_LocalHeightFromOrthometric (csib_Block& block, csib_Geodetic& local);
+/// height. Nothing happens to a point without an orthometric height. `wgs84`, where it is asked
+/// for, is the WGS84 point of the result with its height, or has none where that was not computed.
+csib_Status csib_LocalHeightFromOrthometric (csib_Block& block, csib_Geodetic& local,
+                                             csib_Geodetic* wgs84 = nullptr);
 /// The step before the grid: the elevation of a projected local point. Without a geoid it is the
 /// ellipsoidal height; with a geoid and a datum the height less the separation at the WGS84
 /// position, or the ellipsoidal height where the geoid has no value there; absent where the point
-/// has no WGS84 position or the datum is none.
-void csib_ElevationOfLocal (csib_Block& block, const csib_Geodetic& local, csib_Grid& grid);
+/// has no WGS84 position or the datum is none. `known`, where it is given, is the WGS84 point of
+/// the local one, which then need not be computed.
+void csib_ElevationOfLocal (csib_Block& block, const csib_Geodetic& local, csib_Grid& grid,
+                            const csib_Geodetic* known = nullptr);
 /// Ellipsoidal less orthometric height at a WGS84 position; CSIB_NoSeparationOperation without a
 /// geoid and for one of code 2, whose values are carried but have no published meaning.
 csib_Status csib_Separation (csib_Block& block, const csib_Geodetic& wgs84, double& out);

@@ -38,6 +38,39 @@ csib_Status HeightError (csib_Block& block, csib_Geodetic& local, double h, csib
   return std::isfinite (error) ? CSIB_Ok : CSIB_HeightDidNotConverge;
 }
 
+// The local height from the orthometric one by Newton's method on the rates of a seven parameter
+// datum: a first step to the separation where the point would be at its orthometric height, and one
+// to that where the first step leads. False, with `local` as it was, where there are no rates or
+// the separation changes too much between the two for the second step to be the last.
+bool HeightByRates (csib_Block& block, csib_Geodetic& local, csib_Geodetic& wgs84) {
+  csib_Geodetic trial = local;
+  csib_Geodetic rates;
+  trial.EllipsoidalHeight = local.OrthometricHeight;
+  trial.HasEllipsoidal = true;
+  if (!csib_HeightRates (block, trial, wgs84, rates)) return false;
+  const double rise = rates.EllipsoidalHeight;
+  double first = 0.0;
+  double second = 0.0;
+  if (!(rise > 0.5) || csib_Separation (block, wgs84, first) != CSIB_Ok) return false;
+  const auto move = [&] (double up) {
+    trial.EllipsoidalHeight += up;
+    wgs84.Latitude += rates.Latitude * up;
+    wgs84.Longitude += rates.Longitude * up;
+    wgs84.EllipsoidalHeight += rise * up;
+  };
+  const double error = local.OrthometricHeight + first - wgs84.EllipsoidalHeight;
+  move (error / rise);
+  if (csib_Separation (block, wgs84, second) != CSIB_Ok) return false;
+  const double change = second - first;
+  // The next change is smaller than this one in the ratio of the two.
+  if (!(std::fabs (error) < 1000.0) || !(change * change <= 1e-10 * std::fabs (error)))
+    return false;
+  move (change / rise);
+  wgs84.EllipsoidalHeight = local.OrthometricHeight + second;
+  local = trial;
+  return true;
+}
+
 }  // namespace
 
 csib_Status csib_WGS84ToLocal (csib_Block& block, const csib_Geodetic& point, csib_Geodetic& out) {
@@ -94,11 +127,18 @@ csib_Status csib_LocalToWGS84 (csib_Block& block, const csib_Geodetic& point, cs
   return CSIB_Ok;
 }
 
-csib_Status csib_LocalHeightFromOrthometric (csib_Block& block, csib_Geodetic& local) {
+csib_Status csib_LocalHeightFromOrthometric (csib_Block& block, csib_Geodetic& local,
+                                             csib_Geodetic* wgs84Out) {
+  if (wgs84Out != nullptr) *wgs84Out = {};
   if (!local.HasOrthometric) return CSIB_Ok;
   if (block.Geoid == nullptr) {
     local.EllipsoidalHeight = local.OrthometricHeight;
     local.HasEllipsoidal = true;
+    return CSIB_Ok;
+  }
+  csib_Geodetic found84;
+  if (HeightByRates (block, local, found84)) {
+    if (wgs84Out != nullptr) *wgs84Out = found84;
     return CSIB_Ok;
   }
   double h = local.OrthometricHeight;
@@ -123,13 +163,16 @@ csib_Status csib_LocalHeightFromOrthometric (csib_Block& block, csib_Geodetic& l
   return status;
 }
 
-void csib_ElevationOfLocal (csib_Block& block, const csib_Geodetic& local, csib_Grid& grid) {
+void csib_ElevationOfLocal (csib_Block& block, const csib_Geodetic& local, csib_Grid& grid,
+                            const csib_Geodetic* known) {
   grid.OrthometricHeight = local.EllipsoidalHeight;
   grid.HasOrthometric = local.HasEllipsoidal;
   if (block.Geoid == nullptr) return;
 
   csib_Geodetic wgs84;
-  if (block.DatumCode == CSIB_NoDatum || csib_LocalToWGS84 (block, local, wgs84) != CSIB_Ok) {
+  if (known != nullptr) wgs84 = *known;
+  if (block.DatumCode == CSIB_NoDatum ||
+      (known == nullptr && csib_LocalToWGS84 (block, local, wgs84) != CSIB_Ok)) {
     grid.HasOrthometric = false;
   } else if (csib_OrthometricFromHeight (block, wgs84) == CSIB_Ok) {
     grid.OrthometricHeight = wgs84.OrthometricHeight;

@@ -213,17 +213,24 @@ csib_Status ToGeodetic (double a, double b, const csib_Cartesian& xyz, const csi
   return CSIB_Ok;
 }
 
+// S M of a vector.
+csib_Cartesian Turned (const csib_SevenParameters& shift, const csib_Rotation& M,
+                       const csib_Cartesian& p) noexcept {
+  return {shift.S * (M[0][0] * p.X + M[0][1] * p.Y + M[0][2] * p.Z),
+          shift.S * (M[1][0] * p.X + M[1][1] * p.Y + M[1][2] * p.Z),
+          shift.S * (M[2][0] * p.X + M[2][1] * p.Y + M[2][2] * p.Z)};
+}
+
 csib_Status SevenParameterInverse (csib_Block& block, const csib_Geodetic& point,
                                    csib_Geodetic& out) {
   if (!point.HasEllipsoidal) return CSIB_NoEllipsoidalHeight;
   const csib_SevenParameters& shift = Own<SevenParameter> (block).Shift;
-  const csib_Rotation& M = Own<SevenParameter> (block).M;
   csib_Cartesian p;
   csib_GeodeticToCartesian (block.EarthRadius, block.MinorAxis, point, p);
-  const csib_Cartesian turned = {
-      shift.S * (M[0][0] * p.X + M[0][1] * p.Y + M[0][2] * p.Z) + shift.TX,
-      shift.S * (M[1][0] * p.X + M[1][1] * p.Y + M[1][2] * p.Z) + shift.TY,
-      shift.S * (M[2][0] * p.X + M[2][1] * p.Y + M[2][2] * p.Z) + shift.TZ};
+  csib_Cartesian turned = Turned (shift, Own<SevenParameter> (block).M, p);
+  turned.X += shift.TX;
+  turned.Y += shift.TY;
+  turned.Z += shift.TZ;
   return ToGeodetic (CSIB_WGS84MajorAxis, CSIB_WGS84MinorAxis, turned, point, out);
 }
 
@@ -286,55 +293,121 @@ csib_Status csib_GeodeticToCartesian (double a, double b, const csib_Geodetic& p
   return CSIB_Ok;
 }
 
-// The rounds keep the sine and the cosine of phi in place of phi, so that they need no function
-// dearer than a root: phi changes by the cross product of the two directions.
-csib_Status csib_CartesianToGeodetic (double a, double b, const csib_Cartesian& xyz,
-                                      csib_Geodetic& point) noexcept {
-  // Beyond this the squares overflow, and NaN is no place either.
+namespace {
+
+// The distance p from the axis, and the sine and cosine of the latitude. Everything is done with
+// these two, or with multiples of both, so that no round needs a function that costs more than a
+// root.
+csib_Status Solve (double a, double b, const csib_Cartesian& xyz, double& p, double& sinPhi,
+                   double& cosPhi) noexcept {
+  // Beyond this the squares overflow; NaN has no position either.
   if (!(std::fabs (xyz.X) < 1e100 && std::fabs (xyz.Y) < 1e100 && std::fabs (xyz.Z) < 1e100))
     return CSIB_CartesianDidNotConverge;
   const double ratio2 = (b * b) / (a * a);
   const double e2 = 1.0 - ratio2;
-  const double p = std::sqrt (xyz.X * xyz.X + xyz.Y * xyz.Y);
+  p = std::sqrt (xyz.X * xyz.X + xyz.Y * xyz.Y);
 
-  // Bowring: tan phi from the reduced latitude beta of the point. At the centre it has no value,
-  // and phi starts at pi/4.
-  double sinPhi = std::sqrt (0.5);
-  double cosPhi = sinPhi;
-  const double beta = std::sqrt (a * xyz.Z * (a * xyz.Z) + b * p * (b * p));
-  if (beta > 0.0) {
-    const double sinBeta = a * xyz.Z / beta;
-    const double cosBeta = b * p / beta;
-    const double up = xyz.Z + e2 / ratio2 * b * sinBeta * sinBeta * sinBeta;
-    const double out = p - e2 * a * cosBeta * cosBeta * cosBeta;
-    const double length = std::sqrt (up * up + out * out);
-    if (length > 0.0) {
-      sinPhi = up / length;
-      cosPhi = out / length;
-    }
+  // Bowring's step from the reduced latitude beta: tan phi = up/out, tan beta = b/a tan phi. Twice;
+  // near the ellipsoid a step divides the error by a million.
+  const double e2a = e2 * a;
+  const double e2b = e2 / ratio2 * b;
+  double up = a * xyz.Z;  // here the point itself, tan beta = a z/(b p)
+  double out = b * p;
+  const auto step = [&] {
+    const double inverse = 1.0 / std::sqrt (up * up + out * out);
+    const double sinBeta = up * inverse;
+    const double cosBeta = out * inverse;
+    up = xyz.Z + e2b * sinBeta * sinBeta * sinBeta;
+    out = p - e2a * cosBeta * cosBeta * cosBeta;
+  };
+  step ();
+  const double firstUp = up;
+  const double firstOut = out;
+  up *= b;
+  out *= a;
+  step ();
+  const double length2 = up * up + out * out;
+  const double turn = up * firstOut - out * firstUp;
+
+  sinPhi = std::sqrt (0.5);  // where phi starts if both steps failed, at the centre
+  cosPhi = sinPhi;
+  if (length2 > 0.0) {
+    const double inverse = 1.0 / std::sqrt (length2);
+    sinPhi = up * inverse;
+    cosPhi = out * inverse;
   }
-
-  double N = a;
-  int round = 0;
-  for (;; round++) {
+  bool isFound = out >= 0.0 && std::fabs (turn) < 1e-12 * length2;
+  for (int round = 0; !isFound; round++) {
     if (round == 100) return CSIB_CartesianDidNotConverge;
-    N = a / std::sqrt (1.0 - e2 * sinPhi * sinPhi);
-    const double up = xyz.Z + e2 * N * sinPhi;
-    const double length = std::sqrt (up * up + p * p);
-    const double sinNext = up / length;
+    const double N = a / std::sqrt (1.0 - e2 * sinPhi * sinPhi);
+    const double rise = xyz.Z + e2 * N * sinPhi;
+    const double length = std::sqrt (rise * rise + p * p);
+    const double sinNext = rise / length;
     const double cosNext = p / length;
     const double change = sinNext * cosPhi - cosNext * sinPhi;
     sinPhi = sinNext;
     cosPhi = cosNext;
-    if (std::fabs (change) < 1e-15) break;
+    isFound = std::fabs (change) < 1e-15;
   }
+  return CSIB_Ok;
+}
+
+void ToPoint (double a, double b, const csib_Cartesian& xyz, double p, double sinPhi, double cosPhi,
+              csib_Geodetic& point) noexcept {
+  const double e2 = 1.0 - (b * b) / (a * a);
   point = {};
   point.Latitude = std::atan2 (sinPhi, cosPhi);
   point.Longitude = xyz.X == 0.0 && xyz.Y == 0.0 ? 0.0 : std::atan2 (xyz.Y, xyz.X);
+  // An error of phi enters this form of the height by its square.
   point.EllipsoidalHeight =
-      std::fabs (sinPhi) < cosPhi ? p / cosPhi - N : xyz.Z / sinPhi - ratio2 * N;
+      p * cosPhi + xyz.Z * sinPhi - a * std::sqrt (1.0 - e2 * sinPhi * sinPhi);
   point.HasEllipsoidal = true;
-  return CSIB_Ok;
+}
+
+}  // namespace
+
+csib_Status csib_CartesianToGeodetic (double a, double b, const csib_Cartesian& xyz,
+                                      csib_Geodetic& point) noexcept {
+  double p, sinPhi, cosPhi;
+  const csib_Status status = Solve (a, b, xyz, p, sinPhi, cosPhi);
+  if (status == CSIB_Ok) ToPoint (a, b, xyz, p, sinPhi, cosPhi, point);
+  return status;
+}
+
+bool csib_HeightRates (const csib_Block& block, const csib_Geodetic& local, csib_Geodetic& wgs84,
+                       csib_Geodetic& rates) noexcept {
+  if (block.DatumCode != CSIB_SevenParameter || !local.HasEllipsoidal) return false;
+  const csib_SevenParameters& shift = Own<SevenParameter> (block).Shift;
+  const csib_Rotation& M = Own<SevenParameter> (block).M;
+  const double cosLatitude = std::cos (local.Latitude);
+  const csib_Cartesian normal = {cosLatitude * std::cos (local.Longitude),
+                                 cosLatitude * std::sin (local.Longitude),
+                                 std::sin (local.Latitude)};
+  const double ratio2 =
+      (block.MinorAxis * block.MinorAxis) / (block.EarthRadius * block.EarthRadius);
+  const double N = block.EarthRadius / std::sqrt (1.0 - (1.0 - ratio2) * normal.Z * normal.Z);
+  const double h = local.EllipsoidalHeight;
+  csib_Cartesian q =
+      Turned (shift, M, {(N + h) * normal.X, (N + h) * normal.Y, (ratio2 * N + h) * normal.Z});
+  q.X += shift.TX;
+  q.Y += shift.TY;
+  q.Z += shift.TZ;
+  double p, sinPhi, cosPhi;
+  constexpr double a = CSIB_WGS84MajorAxis, b = CSIB_WGS84MinorAxis;
+  if (Solve (a, b, q, p, sinPhi, cosPhi) != CSIB_Ok || !(p > 1.0)) return false;
+  ToPoint (a, b, q, p, sinPhi, cosPhi, wgs84);
+
+  // The turned normal by its parts to the east, the north and upwards at the WGS84 point.
+  const csib_Cartesian V = Turned (shift, M, normal);
+  const double outward = (q.X * V.X + q.Y * V.Y) / p;
+  constexpr double e2 = 1.0 - (b * b) / (a * a);
+  const double W2 = 1.0 - e2 * sinPhi * sinPhi;
+  const double meridian = a * (1.0 - e2) / (W2 * std::sqrt (W2));
+  rates = {};
+  rates.Latitude = (cosPhi * V.Z - sinPhi * outward) / (meridian + wgs84.EllipsoidalHeight);
+  rates.Longitude = (q.X * V.Y - q.Y * V.X) / (p * p);
+  rates.EllipsoidalHeight = cosPhi * outward + sinPhi * V.Z;
+  return true;
 }
 
 csib_Rotation csib_RotationMatrix (double rx, double ry, double rz) noexcept {

@@ -15,11 +15,20 @@ namespace clxml {
 csib_Status csib_GeodeticToCartesian (double a, double b, const csib_Geodetic& point,
                                       csib_Cartesian& xyz) noexcept;
 /// Cartesian to geodetic; the result has its ellipsoidal height, and longitude 0.0 on the axis.
-/// At most 100 rounds of phi = atan2 (z + e² N sin phi, p) until phi changes by less than 1e-15,
-/// then CSIB_CartesianDidNotConverge: near the centre, and for what is no number.
-/// Source: Heiskanen and Moritz (1967), equation 5-8; started by Bowring, Survey Review 23 (1976).
+/// Two steps of Bowring; where the second still turns phi by 1e-12, at most 100 rounds of
+/// phi = atan2 (z + e² N sin phi, p) until phi changes by less than 1e-15, then
+/// CSIB_CartesianDidNotConverge: near the centre, and for NaN.
+/// Source: B.R. Bowring, Survey Review 23 (1976), 323-327, and 28 (1985), 202-206 for the height;
+/// Heiskanen and Moritz (1967), equation 5-8.
 csib_Status csib_CartesianToGeodetic (double a, double b, const csib_Cartesian& xyz,
                                       csib_Geodetic& point) noexcept;
+
+/// The WGS84 point of a local one with an ellipsoidal height, and what a metre more of that height
+/// adds to its latitude, longitude (radians) and height. Over the hundred metres between two
+/// ellipsoids that is exact to 1e-8 m. False, with both outs undefined, for a datum other than
+/// seven parameters, without the height, near the axis and where there is no WGS84 point.
+bool csib_HeightRates (const csib_Block& block, const csib_Geodetic& local, csib_Geodetic& wgs84,
+                       csib_Geodetic& rates) noexcept;
 
 /// A seven parameter transformation P' = S M P + T: metres, radians and a multiplier near 1. The
 /// block's runs from local to WGS84, that of a job's record from WGS84 to local.

@@ -84,7 +84,7 @@ struct datum_Grid {
   file_Class File;             ///< open where there is no `Image`
 
   // The cached square of decoded values, where there is no `Image`.
-  int32_t Window = 0;  ///< its side
+  int32_t Window = 0;        ///< its side
   int32_t WindowColLow = 0;  ///< all four 0 until it is filled
   int32_t WindowColHigh = 0;
   int32_t WindowRowLow = 0;

@@ -138,8 +138,8 @@ Nodes InSquare (const datum_Grid& grid, int32_t row, int32_t column) noexcept {
 // its row, since every method runs the same formula along both axes. The weights of an axis are
 // for a place t behind its first node.
 
-// Newton's forward form through three nodes: y0 + t (y1 - y0) + t (t - 1)/2 (y2 - 2 y1 + y0). Of any
-// order the first three nodes are used.
+// Newton's forward form through three nodes: y0 + t (y1 - y0) + t (t - 1)/2 (y2 - 2 y1 + y0). Of
+// any order the first three nodes are used.
 void QuadraticWeights (double t, double* weights) noexcept {
   const double q = 0.5 * t * (t - 1.0);
   weights[0] = 1.0 - t + q;

@@ -68,21 +68,39 @@ void csib_MeridianArc::Set (double a, double b) noexcept {
   const double n4 = n2 * n2;
   const double n5 = n4 * n;
   A = a / (1.0 + n) * (1.0 + n2 * (1.0 / 4 + n2 * (1.0 / 64 + n2 / 256)));
-  slope = a * (1.0 - e2) / A;
-  c = {-3.0 / 2 * n + 9.0 / 16 * n3 - 3.0 / 32 * n5, 15.0 / 16 * n2 - 15.0 / 32 * n4,
-       -35.0 / 48 * n3 + 105.0 / 256 * n5, 315.0 / 512 * n4, -693.0 / 1280 * n5};
-  d = {3.0 / 2 * n - 27.0 / 32 * n3 + 269.0 / 512 * n5, 21.0 / 16 * n2 - 55.0 / 32 * n4,
-       151.0 / 96 * n3 - 417.0 / 128 * n5, 1097.0 / 512 * n4, 8011.0 / 2560 * n5};
+  inverseA = 1.0 / A;
+  inverseSlope = A / (a * (1.0 - e2));
+  c = csib_SinePolynomial ({-3.0 / 2 * n + 9.0 / 16 * n3 - 3.0 / 32 * n5,
+                            15.0 / 16 * n2 - 15.0 / 32 * n4, -35.0 / 48 * n3 + 105.0 / 256 * n5,
+                            315.0 / 512 * n4, -693.0 / 1280 * n5});
+  d = csib_SinePolynomial ({3.0 / 2 * n - 27.0 / 32 * n3 + 269.0 / 512 * n5,
+                            21.0 / 16 * n2 - 55.0 / 32 * n4, 151.0 / 96 * n3 - 417.0 / 128 * n5,
+                            1097.0 / 512 * n4, 8011.0 / 2560 * n5});
+  isExact = std::abs (n) < 0.002;
 }
 
 double csib_MeridianArc::Footpoint (double m, double& s, double& cosine) const noexcept {
-  const double mu = m / A;
-  double phi = mu + csib_SineSeries (d, std::sin (mu), std::cos (mu));
-  s = std::sin (phi);
-  cosine = std::cos (phi);
+  const double mu = m * inverseA;
+  const double sinMu = std::sin (mu);
+  const double cosMu = std::cos (mu);
+  const double delta = csib_SinePolynomial (d, sinMu, cosMu);
+  double phi = mu + delta;
+  if (std::abs (delta) < 0.01) {
+    // By the sum of angles: the terms left out are below 1e-17.
+    const double delta2 = delta * delta;
+    const double sinDelta = delta * (1.0 - delta2 * (1.0 / 6 - delta2 * (1.0 / 120)));
+    const double cosDelta = 1.0 - delta2 * (0.5 - delta2 * (1.0 / 24 - delta2 * (1.0 / 720)));
+    s = sinMu * cosDelta + cosMu * sinDelta;
+    cosine = cosMu * cosDelta - sinMu * sinDelta;
+  } else {
+    s = std::sin (phi);
+    cosine = std::cos (phi);
+  }
+  if (isExact) return phi;
   for (int round = 0; round < 10; round++) {
     const double v2 = 1.0 - e2 * s * s;
-    const double step = (mu - phi - csib_SineSeries (c, s, cosine)) * v2 * std::sqrt (v2) / slope;
+    const double step =
+        (mu - phi - csib_SinePolynomial (c, s, cosine)) * v2 * std::sqrt (v2) * inverseSlope;
     phi += step;
     // The step after this one is its square, and sine and cosine follow this one to first order.
     if (!(std::abs (step) > 1e-8)) {

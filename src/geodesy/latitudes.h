@@ -32,6 +32,20 @@ double csib_SineSeries (const std::array<double, N>& c, double sinX, double cosX
   return 2.0 * sinX * cosX * b1;
 }
 
+/// The coefficients p of the same sum of five terms as sin 2x (p0 + p1 y + ... + p4 y^4), y = cos
+/// 2x: sin 2kx = sin 2x U(k-1) (y) with Chebyshev's polynomials of the second kind.
+constexpr std::array<double, 5> csib_SinePolynomial (const std::array<double, 5>& c) noexcept {
+  return {c[0] - c[2] + c[4], 2.0 * c[1] - 4.0 * c[3], 4.0 * c[2] - 12.0 * c[4], 8.0 * c[3],
+          16.0 * c[4]};
+}
+/// That sum; its products do not wait for each other as those of the recurrence do.
+inline double csib_SinePolynomial (const std::array<double, 5>& p, double sinX,
+                                   double cosX) noexcept {
+  const double y = (cosX - sinX) * (cosX + sinX);
+  const double y2 = y * y;
+  return 2.0 * sinX * cosX * (p[0] + p[1] * y + y2 * (p[2] + p[3] * y + y2 * p[4]));
+}
+
 /// The isometric latitude psi = atanh (sin phi) - e atanh (e sin phi) of an ellipsoid.
 /// Source: J.P. Snyder, Map Projections - A Working Manual, USGS Professional Paper 1395 (1987),
 /// eq. 3-7 and 7-7 in their hyperbolic form.
@@ -74,22 +88,24 @@ struct csib_IsometricLatitude {
 
 /// The length of the meridian from the equator.
 struct csib_MeridianArc {
-  double A = 0.0;      ///< radius of the rectifying sphere, metres
-  double e2 = 0.0;     ///< first eccentricity squared
-  double slope = 1.0;  ///< of the rectifying latitude at the equator, a (1 - e2)/A
-  std::array<double, 5> c{};
+  double A = 0.0;             ///< radius of the rectifying sphere, metres
+  double inverseA = 0.0;      ///< 1/A
+  double e2 = 0.0;            ///< first eccentricity squared
+  double inverseSlope = 1.0;  ///< A/(a (1 - e2)), of the rectifying latitude at the equator
+  std::array<double, 5> c{};  ///< polynomials of the rectifying latitude, and of its inverse
   std::array<double, 5> d{};
+  bool isExact = false;  ///< the inverse is exact to rounding, as on every earth
 
   /// For the ellipsoid with these axes, metres.
   void Set (double a, double b) noexcept;
   /// The arc from the equator to phi (radians, with its sine and cosine), metres.
   double Of (double phi, double s, double cosine) const noexcept {
-    return A * (phi + csib_SineSeries (c, s, cosine));
+    return A * (phi + csib_SinePolynomial (c, s, cosine));
   }
   double Of (double phi) const noexcept { return Of (phi, std::sin (phi), std::cos (phi)); }
-  /// The footpoint latitude whose arc is m metres, radians, with its sine and cosine: Newton's
-  /// iteration on the arc, at most 10 rounds, until the sine would change by less than 1.6e-16; the
-  /// last value stands.
+  /// The footpoint latitude whose arc is m metres, radians, with its sine and cosine. Where the
+  /// series is not exact, Newton's iteration on the arc follows, at most 10 rounds, until the sine
+  /// would change by less than 1.6e-16; the last value is returned.
   double Footpoint (double m, double& s, double& cosine) const noexcept;
 };
 

@@ -13,8 +13,11 @@ namespace clxml {
 struct csib_TransverseMercator {
   double a = 0.0;  ///< semi-major axis, metres
   double e2 = 0.0;
+  double psiFactor = 1.0;        ///< 1/(1 - e2)
   double originLongitude = 0.0;  ///< of the central meridian, radians
   double k0 = 1.0;               ///< scale on the central meridian
+  double inverseScale = 1.0;     ///< 1/k0
+  double inverseRadius = 0.0;    ///< 1/(k0 a)
   double originArc = 0.0;        ///< meridian arc of the origin, metres
   csib_MeridianArc arc;
 

@@ -85,6 +85,14 @@ TEST_F (CsibPoints, FindsHeightsOnTheWayToWGS84) {
   ASSERT_EQ (csib_LocalHeightFromOrthometric (*block, levelled), CSIB_Ok);
   EXPECT_NEAR (levelled.EllipsoidalHeight, local.EllipsoidalHeight, 1e-6);
 
+  csib_Geodetic asked;
+  levelled = Levelled (0.9, 0.1, 12.0);
+  ASSERT_EQ (csib_LocalHeightFromOrthometric (*block, levelled, &asked), CSIB_Ok);
+  ASSERT_EQ (csib_LocalToWGS84 (*block, levelled, out), CSIB_Ok);
+  EXPECT_NEAR (asked.Latitude, out.Latitude, 2e-15);
+  EXPECT_NEAR (asked.Longitude, out.Longitude, 2e-15);
+  EXPECT_NEAR (asked.EllipsoidalHeight, out.EllipsoidalHeight, 5e-9);
+
   levelled = Levelled (1.1, 0.1, 12.0);
   EXPECT_EQ (csib_LocalHeightFromOrthometric (*block, levelled), CSIB_OutsideGrid);
   EXPECT_FALSE (levelled.HasEllipsoidal);

@@ -176,6 +176,7 @@ bool Transform::Set (uint16_t mask, const coordsys_Ellipsoid* ellipsoid,
   *error = COORDSYS_NoError;
   _id = NextIdentity ();
   csib_Free (_block);
+  _pair = {};
   Options = options;
   bool isComplete = true;
   const auto has = [&] (coordsys_Components bit, const void* part, const char* condition) {
@@ -250,17 +251,34 @@ void Transform::ComputeGroundScale () {
 // ---------------------------------------------------------------------------------------------
 // Conversions
 
+bool Transform::RemembersPairs () const noexcept {
+  return _block->DatumCode == CSIB_SevenParameter && _block->Geoid != nullptr;
+}
+
+bool Transform::IsRemembered (const coord_Local& local) const noexcept {
+  return !maths_IsNull (_pair.Local.Height) && local.Latitude == _pair.Local.Latitude &&
+         local.Longitude == _pair.Local.Longitude && local.Height == _pair.Local.Height;
+}
+
+// The datum's own operation: the geoid of the block's one finds an orthometric height, which does
+// not leave the transform.
 void Transform::WGS84ToLocal (const coord_WGS84& source, coord_Local& destination) const {
   csib_Geodetic point, local;
-  if (_block && Enter (source, point) && csib_WGS84ToLocal (*_block, point, local) == CSIB_Ok)
+  if (_block && _block->Datum != nullptr && Enter (source, point) &&
+      _block->Datum->forward (*_block, point, local) == CSIB_Ok) {
+    const coord_WGS84 from = source;
     Leave (local, destination);
-  else
+    if (RemembersPairs ()) _pair = {destination, from};
+  } else {
     destination = coord_Local ();
+  }
 }
 
 void Transform::LocalToWGS84 (const coord_Local& source, coord_WGS84& destination) const {
   csib_Geodetic point, wgs84;
-  if (_block && Enter (source, point) && csib_LocalToWGS84 (*_block, point, wgs84) == CSIB_Ok)
+  if (IsRemembered (source))
+    destination = _pair.WGS84;
+  else if (_block && Enter (source, point) && csib_LocalToWGS84 (*_block, point, wgs84) == CSIB_Ok)
     Leave (wgs84, destination);
   else
     destination = coord_WGS84 ();
@@ -285,7 +303,9 @@ void Transform::ToCogoGrid (const coord_Local& source, coord_CogoGrid& destinati
     return;
   }
   if (!isCalibrated) csib_HorizontalForward (*_block, grid);
-  csib_ElevationOfLocal (*_block, local, grid);
+  csib_Geodetic wgs84;
+  const bool isKnown = IsRemembered (source) && Enter (_pair.WGS84, wgs84);
+  csib_ElevationOfLocal (*_block, local, grid, isKnown ? &wgs84 : nullptr);
   csib_VerticalForward (*_block, grid);
   GridDoor (*this).Leave (grid, destination);
 }
@@ -317,8 +337,13 @@ void Transform::ToLocal (const coord_CogoGrid& source, coord_Local& destination,
     local.HasOrthometric = grid.HasOrthometric;
   }
   // Without a result the position stands and the height is absent.
-  csib_LocalHeightFromOrthometric (*_block, local);
+  csib_Geodetic wgs84;
+  csib_LocalHeightFromOrthometric (*_block, local, &wgs84);
   Leave (local, destination);
+  if (wgs84.HasEllipsoidal && RemembersPairs ()) {
+    _pair.Local = destination;
+    Leave (wgs84, _pair.WGS84);
+  }
 }
 
 coordsys_Axes Transform::Axes () const noexcept {

@@ -139,6 +139,17 @@ class Transform {
   void ToCogoGrid (const coord_Local& source, coord_CogoGrid& destination, bool isCalibrated) const;
   void ToLocal (const coord_CogoGrid& source, coord_Local& destination, bool isCalibrated) const;
 
+  // The pair of points that a conversion of the datum found last, where the datum has seven
+  // parameters: a point runs through datum and grid in one go, and the second conversion needs what
+  // the first one knew.
+  struct DatumPair {
+    coord_Local Local;
+    coord_WGS84 WGS84;
+  };
+  bool RemembersPairs () const noexcept;
+  bool IsRemembered (const coord_Local& local) const noexcept;
+
+  mutable DatumPair _pair;             // null, or of this block
   std::unique_ptr<csib_Block> _block;  // null until an assembly succeeded
   uint32_t _id;
 };
