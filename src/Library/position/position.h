@@ -5,9 +5,9 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "Library/coordsys/transfrm.h"
+#include "Library/job/uniqueid.h"
 #include "Library/records/dbEnum.h"
 #include "Library/records/dbField.h"
 #include "str.h"
@@ -15,7 +15,6 @@
 namespace clxml {
 
 class dbRecord_Class;
-class position_Item;
 class position_Job;
 
 /// The bits of position::Status and position::Attempted.
@@ -55,15 +54,15 @@ enum class position_Frame { None = 0, Grid = 1, Local = 2, WGS84 = 3 };
 /// error. One object is for one thread at a time.
 class position {
  public:
-  Str Name;                               ///< of the point
-  std::shared_ptr<position_Item> Object;  ///< of the job index; null when built from values
-  Str NameOfBase;                         ///< the point it was measured from; empty if none
-  Str NameOfBacksight;                    ///< of that setup; empty if none
-  bool HasStationSetup = false;           ///< StationSetup serves and no name is looked up
-  coord_StationSetupData StationSetup;    ///< grid and azimuth of a setup carried by value
-  coord_Type Original = COORD_NullType;   ///< the stored form; COORD_NullType while empty
-  uint32_t Attempted = 0;                 ///< position_Done bits that were tried
-  uint32_t Status = 0;                    ///< position_Done bits that are there and valid
+  Str Name;                              ///< of the point
+  UniqueId Object;                       ///< of the job index; null when built from values
+  Str NameOfBase;                        ///< the point it was measured from; empty if none
+  Str NameOfBacksight;                   ///< of that setup; empty if none
+  bool HasStationSetup = false;          ///< StationSetup serves and no name is looked up
+  coord_StationSetupData StationSetup;   ///< grid and azimuth of a setup carried by value
+  coord_Type Original = COORD_NullType;  ///< the stored form; COORD_NullType while empty
+  uint32_t Attempted = 0;                ///< position_Done bits that were tried
+  uint32_t Status = 0;                   ///< position_Done bits that are there and valid
 
   coord_CorrectedGrid Grid;
   coord_Local Local;              ///< after horizontal and vertical adjustment
@@ -197,7 +196,7 @@ class position {
   bool Finish (uint32_t bit, bool isThere);
   bool LoadCachedGrid ();
   void StoreCachedGrid ();
-  std::unique_ptr<position> Base (int searchKind) const;
+  bool Base (int searchKind, position& base) const;
   bool ForwardFromBase (position& base, const Transform& transform, position& target,
                         coord_Type wanted);
   bool ComputeGrid (const Transform& transform);

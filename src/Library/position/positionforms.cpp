@@ -15,10 +15,8 @@ bool HasProjection (const Transform& transform) {
 
 bool position::ComputeGrid (const Transform& transform) {
   if (!BeginAttempt (POSITION_DoneGrid)) return (Status & POSITION_DoneGrid) != 0;
-  if (Object && Object->IsLinked ()) {
-    Grid = Object->LinkedGrid ();
+  if (SearchData && SearchData->LinkedGrid (Object, Grid))
     return Finish (POSITION_DoneGrid, !Grid.IsNull ());
-  }
   if (LoadCachedGrid ()) return Finish (POSITION_DoneGrid, !Grid.IsNull ());
 
   coord_CogoGrid cogo;
@@ -26,21 +24,20 @@ bool position::ComputeGrid (const Transform& transform) {
     transform.LocalToCogoGrid (Local, cogo);
     transform.CogoGridToGrid (cogo, Grid);
   } else if (Original == COORD_GridDeltasType) {
-    const std::unique_ptr<position> base = Base (1);
-    if (!base) return false;
-    Grid = base->GetGrid (SearchData->CurrentTransform ()) + GridDeltas;
+    position base;
+    if (!Base (1, base)) return false;
+    Grid = base.GetGrid (SearchData->CurrentTransform ()) + GridDeltas;
   } else if (IsObservation ()) {
     if (NameOfBase.IsEmpty () && !HasStationSetup) return false;
     const position_Frame frame = DistanceFrame (transform);
     if (frame == position_Frame::Grid) {
-      position setup, target;
-      std::unique_ptr<position> named;
+      position base, target;
       if (HasStationSetup)
-        setup.LoadFromGrid (StationSetup.Grid, &transform);
-      else if (!(named = Base (1)))
+        base.LoadFromGrid (StationSetup.Grid, &transform);
+      else if (!Base (1, base))
         return false;
-      position& base = named ? *named : setup;
-      const Transform& baseTransform = named ? SearchData->CurrentTransform () : transform;
+      const Transform& baseTransform =
+          HasStationSetup ? transform : SearchData->CurrentTransform ();
       if (base.GetGrid (baseTransform).IsNull () ||
           !ComputePolar (transform, &base, baseTransform) ||
           !ForwardFromBase (base, transform, target, COORD_GridType))
@@ -61,35 +58,9 @@ bool position::ComputeGrid (const Transform& transform) {
     transform.CogoGridToGrid (cogo, Grid);
   }
   if (Grid.IsNull ()) return false;
-  AdjustToNeighbours (transform);
   Finish (POSITION_DoneGrid, true);
   StoreCachedGrid ();
   return true;
-}
-
-// The last step to the grid of what was measured: by satellites, where a calibration left its
-// residuals, or from a station. Local, where it came first, is no longer its equal then.
-void position::AdjustToNeighbours (const Transform& transform) {
-  if (HasStationSetup || !SearchData || !transform.Corrections.NeighbourhoodAdjustment) return;
-  if (maths_IsNull (Grid.North) || maths_IsNull (Grid.East)) return;
-  switch (Original) {
-    case COORD_WGS84Type:
-    case COORD_ECEFType:
-    case COORD_ECEFGroundType:
-    case COORD_ECEFDeltasType:
-      if (transform.Plane.PlaneType == COORDSYS_NoHorizontal) return;
-      break;
-    case COORD_CircleType:
-    case COORD_MTAType:
-      break;
-    default:
-      return;
-  }
-  const coord_GridDeltas deltas = SearchData->NeighbourhoodAdjustment (*this, transform);
-  if (maths_IsNull (deltas.DeltaNorth) || maths_IsNull (deltas.DeltaEast)) return;
-  Grid.North += deltas.DeltaNorth;
-  Grid.East += deltas.DeltaEast;
-  Status &= ~static_cast<uint32_t> (POSITION_DoneLocal);
 }
 
 bool position::ComputeUncalibratedLocal (const Transform& transform) {
@@ -130,12 +101,12 @@ bool position::ComputeUncalibratedLocal (const Transform& transform) {
       if (frame == position_Frame::Grid) {
         fromGrid ();
       } else if (frame == position_Frame::Local) {
-        const std::unique_ptr<position> base = Base (1);
-        if (!base) return false;
+        position base;
+        if (!Base (1, base)) return false;
         const Transform& current = SearchData->CurrentTransform ();
         position target;
-        if (base->GetLocal (current).IsNull () || !ComputePolar (transform, base.get (), current) ||
-            !ForwardFromBase (*base, current, target, COORD_LocalType))
+        if (base.GetLocal (current).IsNull () || !ComputePolar (transform, &base, current) ||
+            !ForwardFromBase (base, current, target, COORD_LocalType))
           return false;
         Local = target.Local;
         Finish (POSITION_DoneLocal, !Local.IsNull ());
@@ -199,12 +170,12 @@ bool position::ComputeWGS84 (const Transform& transform) {
         if (local.IsNull ()) return false;
         transform.LocalToWGS84 (local, WGS84);
       } else if (frame == position_Frame::WGS84) {
-        const std::unique_ptr<position> base = Base (1);
-        if (!base) return false;
+        position base;
+        if (!Base (1, base)) return false;
         const Transform& current = SearchData->CurrentTransform ();
         position target;
-        if (base->GetWGS84 (current).IsNull () || !ComputePolar (transform, base.get (), current) ||
-            !ForwardFromBase (*base, transform, target, COORD_WGS84Type))
+        if (base.GetWGS84 (current).IsNull () || !ComputePolar (transform, &base, current) ||
+            !ForwardFromBase (base, transform, target, COORD_WGS84Type))
           return false;
         WGS84 = target.WGS84;
       }
@@ -219,9 +190,9 @@ bool position::ComputeECEF (const Transform& transform) {
   if (!BeginAttempt (bit)) return (Status & bit) != 0;
   ComputeAntenna ();
   if (Original == COORD_ECEFDeltasType) {
-    const std::unique_ptr<position> base = Base (0);
-    if (!base) return false;
-    coord_WGS84 reference = base->GetWGS84 (SearchData->CurrentTransform ());
+    position base;
+    if (!Base (0, base)) return false;
+    coord_WGS84 reference = base.GetWGS84 (SearchData->CurrentTransform ());
     if (maths_IsNull (reference.Height) || maths_IsNull (ReferenceAntenna)) return false;
     reference.Height = maths_Add (reference.Height, ReferenceAntenna);
     ECEF = ECEFDeltas + reference.ToECEF (coordsys_WGS84Ellipsoid ());
@@ -245,18 +216,18 @@ bool position::ComputeECEFGround (const Transform& transform) {
 bool position::ComputeECEFDeltas (const Transform& transform) {
   constexpr uint32_t bit = POSITION_DoneECEFDeltas;
   if (!BeginAttempt (bit)) return (Status & bit) != 0;
-  const std::unique_ptr<position> base = Base (1);
-  if (!base || !ComputeECEF (transform)) return false;
-  ECEFDeltas = ECEF - base->GetECEF (SearchData->CurrentTransform ());
+  position base;
+  if (!Base (1, base) || !ComputeECEF (transform)) return false;
+  ECEFDeltas = ECEF - base.GetECEF (SearchData->CurrentTransform ());
   return Finish (bit, !ECEFDeltas.IsNull ());
 }
 
 bool position::ComputeGridDeltas (const Transform& transform) {
   constexpr uint32_t bit = POSITION_DoneGridDeltas;
   if (!BeginAttempt (bit)) return (Status & bit) != 0;
-  const std::unique_ptr<position> base = Base (1);
-  if (!base || !ComputeGrid (transform)) return false;
-  GridDeltas = Grid - base->GetGrid (SearchData->CurrentTransform ());
+  position base;
+  if (!Base (1, base) || !ComputeGrid (transform)) return false;
+  GridDeltas = Grid - base.GetGrid (SearchData->CurrentTransform ());
   return Finish (bit, !GridDeltas.IsNull ());
 }
 

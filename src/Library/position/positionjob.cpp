@@ -1,7 +1,9 @@
 // What a position needs its job for: records, bases by name, antennas, observations.
 #include "Library/position/positionjob.h"
 
+#include "Library/cogo/cogo.h"
 #include "Library/position/position.h"
+#include "Library/position/positioncache.h"
 #include "Library/position/reduce.h"
 #include "Library/records/dbConventional.h"
 #include "Library/records/dbGPS.h"
@@ -35,7 +37,7 @@ double AntennaHeight (const position_Job& job, DBID id) {
 }  // namespace
 
 resolutionChain_Hold::resolutionChain_Hold (position_Job& job, const Str& name)
-    : _Names (job.ResolutionChainNames ()), _Name (name), _IsEntered (false) {
+    : _Names (job.ResolutionChainNames ()), _Name (name) {
   if (_Names.Count () >= MaximumNames) return;
   for (int i = 0; i < _Names.Count (); i++)
     if (_Names[i].EqualInsensitive (name)) return;
@@ -52,13 +54,28 @@ resolutionChain_Hold::~resolutionChain_Hold () {
     _Names.RemoveAt (last);
 }
 
+bool position_Resolve (position_Job& job, const Str& name, int searchKind, bool useProjectHeight,
+                       position& out) {
+  const resolutionChain_Hold hold (job, name);
+  if (hold.IsEntered () && job.Find (name, searchKind, useProjectHeight, out) &&
+      out.ComputeAbsolute (job.CurrentTransform ()))
+    return true;
+  out = position ();
+  return false;
+}
+
+std::unique_ptr<position> position_Create (position_Job& job, const Str& name, int searchKind,
+                                           bool useProjectHeight) {
+  auto out = std::make_unique<position> ();
+  if (!job.Find (name, searchKind, useProjectHeight, *out)) out.reset ();
+  return out;
+}
+
 std::unique_ptr<position> position_CreateResolved (position_Job& job, const Str& name,
                                                    int searchKind, bool useProjectHeight) {
-  const resolutionChain_Hold hold (job, name);
-  if (!hold.IsEntered ()) return nullptr;
-  std::unique_ptr<position> found = job.Find (name, searchKind, useProjectHeight);
-  if (found && !found->ComputeAbsolute (job.CurrentTransform ())) found.reset ();
-  return found;
+  auto out = std::make_unique<position> ();
+  if (!position_Resolve (job, name, searchKind, useProjectHeight, *out)) out.reset ();
+  return out;
 }
 
 bool position::LoadBaseNames (DBID location) {
@@ -163,31 +180,32 @@ bool position::LoadFromRecord (position_Job& job, const dbRecord_Class& record) 
 }
 
 bool position::LoadCachedGrid () {
-  if (!Object || !SearchData || TransformId != SearchData->CurrentTransform ().GetId ())
+  if (!SearchData || Object.IsNull () || UseProjectHeight ||
+      TransformId != SearchData->CurrentTransform ().GetId () ||
+      !SearchData->LoadGrid (Object, Grid))
     return false;
-  if (!Object->LoadGrid (Grid)) return false;
   return Finish (POSITION_DoneGrid, true);
 }
 
 void position::StoreCachedGrid () {
-  if (Object && SearchData && TransformId == SearchData->CurrentTransform ().GetId ())
-    Object->StoreGrid (Grid, !UseProjectHeight);
+  if (SearchData && !Object.IsNull () && TransformId == SearchData->CurrentTransform ().GetId ())
+    SearchData->StoreGrid (Object, Grid, !UseProjectHeight);
 }
 
-// The base by name, ready to be one; null without a job or a name, or when it has no position.
-std::unique_ptr<position> position::Base (int searchKind) const {
-  if (!SearchData || NameOfBase.IsEmpty ()) return nullptr;
-  return position_CreateResolved (*SearchData, NameOfBase, searchKind, UseProjectHeight);
+// Loads the base by its name, with its absolute form computed.
+bool position::Base (int searchKind, position& base) const {
+  return SearchData && !NameOfBase.IsEmpty () &&
+         position_Resolve (*SearchData, NameOfBase, searchKind, UseProjectHeight, base);
 }
 
-// From a base along Polar to a target of the form wanted. A reading that could not be turned has
-// distances and no direction: it leads nowhere.
+// Computes the target from the base along Polar. An observation whose circle could not be turned
+// into an azimuth has distances alone and no target.
 bool position::ForwardFromBase (position& base, const Transform& transform, position& target,
                                 coord_Type wanted) {
   const bool isTurned =
       Original == COORD_UnturnedType || Original == COORD_CircleType || Original == COORD_MTAType;
-  if (!SearchData || (isTurned && maths_IsNull (Polar.Azimuth))) return false;
-  if (!SearchData->ForwardPolar (base, transform, Polar, target, CogoSystem)) return false;
+  if (isTurned && maths_IsNull (Polar.Azimuth)) return false;
+  cogo_ForwardPolar (base, transform, Polar, target, CogoSystem);
   const char* const text = wanted == COORD_GridType    ? "target->Original == COORD_GridType"
                            : wanted == COORD_LocalType ? "target->Original == COORD_LocalType"
                                                        : "target->Original == COORD_WGS84Type";
@@ -217,9 +235,7 @@ bool position::ComputeAntenna () {
 bool position::ComputeUnturned (const Transform&) {
   if (!BeginAttempt (POSITION_DoneUnturned)) return (Status & POSITION_DoneUnturned) != 0;
   if (Original != COORD_CircleType && Original != COORD_MTAType) return false;
-  if (!SearchData || !SearchData->ReduceReadings (*this)) return false;
-  Finish (POSITION_DoneCorrected, !Corrected.IsNull ());
-  return Finish (POSITION_DoneUnturned, !Unturned.IsNull ());
+  return false;
 }
 
 bool position::ComputePolar (const Transform& transform, position* base,
@@ -233,23 +249,19 @@ bool position::ComputePolar (const Transform& transform, position* base,
         return false;
       Assert (transform.GetId () == baseTransform.GetId (),
               "currentTransform->GetId() == baseTransform->GetId()");
-      Polar = SearchData->InversePolar (*base, *this, transform, SearchData->CogoSystem ());
+      cogo_InversePolar (*base, *this, transform, Polar, SearchData->CogoSystem ());
       break;
     case COORD_GroundType:
       Polar = reduce_GroundToPolar (Ground);
       break;
     case COORD_LaserOffsetType:
-      if (!SearchData || !SearchData->ReduceLaser (*this)) return false;
-      break;
+      return false;
     case COORD_UnturnedType:
     case COORD_CircleType:
     case COORD_MTAType: {
       if (Original != COORD_UnturnedType && !ComputeUnturned (transform)) return false;
       double azimuth = MATHS_Null;
-      if (HasStationSetup)
-        azimuth = StationSetup.Azimuth;
-      else if (base && SearchData)
-        azimuth = SearchData->BacksightAzimuth (*base, transform, NameOfBacksight);
+      if (HasStationSetup) azimuth = StationSetup.Azimuth;
       Polar = reduce_TurnToPolar (Unturned, BackBearingCircle, azimuth);
       break;
     }
@@ -261,16 +273,17 @@ bool position::ComputePolar (const Transform& transform, position* base,
 
 coord_Polar position::GetPolar (const Transform& transform) {
   SetTransform (transform);
-  std::unique_ptr<position> base;
+  position base;
   const bool isBased = Original == COORD_GridDeltasType || Original == COORD_ECEFDeltasType ||
                        Original == COORD_UnturnedType || Original == COORD_CircleType ||
                        Original == COORD_MTAType;
   const bool isDone = ((Status | Attempted) & POSITION_DonePolar) != 0;
-  if (isBased && !isDone && SearchData && !NameOfBase.IsEmpty ())
-    base =
-        SearchData->Find (NameOfBase, Original == COORD_ECEFDeltasType ? 0 : 1, UseProjectHeight);
+  const bool isFound = isBased && !isDone && SearchData && !NameOfBase.IsEmpty () &&
+                       SearchData->Find (NameOfBase, Original == COORD_ECEFDeltasType ? 0 : 1,
+                                         UseProjectHeight, base);
   if (Original == COORD_NullType ||
-      !ComputePolar (transform, base.get (), base ? SearchData->CurrentTransform () : transform))
+      !ComputePolar (transform, isFound ? &base : nullptr,
+                     isFound ? SearchData->CurrentTransform () : transform))
     Polar.SetNull ();
   return Polar;
 }

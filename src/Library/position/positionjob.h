@@ -1,108 +1,121 @@
-// What a position asks of its job.
-// The seam between the value and the job layer: names, records, the chain of names in hand,
-// observation arithmetic. The job layer implements it, a position without one gives null for every
-// form that needs it. Leans on the coordinate values, the records and the transform.
+// What the position layer needs from a job.
+// The interface between positions and the job layer: the transform, records, the look-up of names,
+// cached grids and the chain of names that are being resolved. The job file implements it. A
+// position without a job gives null for every form that needs one.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 
 #include "Library/coords/coord.h"
+#include "Library/job/uniqueid.h"
 #include "Library/records/dbField.h"
+#include "Library/records/dbType.h"
 #include "str.h"
 
 namespace clxml {
 
+class db_Azimuth;
 class dbRecord_Class;
 class position;
+class position_Cache;
 class Transform;
 
-/// The item of an index from which a position was made. The index implements it; copies of a
-/// position share it.
-class position_Item {
- public:
-  virtual ~position_Item () = default;
-  /// The item lies in a linked file and has no record of its own: all it has is a grid.
-  virtual bool IsLinked () const = 0;
-  /// The grid of a linked item; null for any other.
-  virtual coord_CorrectedGrid LinkedGrid () const = 0;
-  /// The grid that was remembered with an observation under the job's current transform; false
-  /// when there is none.
-  virtual bool LoadGrid (coord_CorrectedGrid& grid) const = 0;
-  /// Remembers the grid of an observation. isTrueHeight is false when a project height may stand
-  /// in it.
-  virtual void StoreGrid (const coord_CorrectedGrid& grid, bool isTrueHeight) = 0;
-};
-
-/// A job as positions see it. All answers are those of the calling thread; nothing is owned by the
-/// position.
+/// A job as positions see it. Thread-dependent results are those of the calling thread. A position
+/// does not own its job, and the job must outlive it.
 class position_Job {
  public:
   virtual ~position_Job () = default;
 
-  /// The job's current transform and its settings for coordinate geometry.
-  virtual const Transform& CurrentTransform () const = 0;
-  virtual coordsys_CogoSettings CogoSystem () const = 0;
+  /// The job's transform in use. It is built at the first use and never fails: at worst it is an
+  /// empty transform, which converts nothing.
+  virtual const Transform& CurrentTransform () = 0;
+  /// The job's settings for coordinate geometry, which belong to CurrentTransform.
+  virtual coordsys_CogoSettings CogoSystem () = 0;
+  /// Counts the commits of the job. A value that was derived from records at another count may be
+  /// out of date.
+  virtual uint32_t Revision () const = 0;
 
-  /// The best measurement of a name, loaded and not yet derived; null when there is none or it is
-  /// deleted. searchKind is 0 for the base of a vector, 1 for any other search.
-  virtual std::unique_ptr<position> Find (const Str& name, int searchKind,
-                                          bool useProjectHeight) = 0;
-  /// The record of that number, or null. Valid as long as the job is not changed.
+  /// Loads the best measurement of a name into out, without deriving anything; an observation
+  /// without a measurement gives an empty position with the name. UseProjectHeight of out becomes
+  /// useProjectHeight. searchKind 0 finds the best point for the base of a satellite vector (search
+  /// mode 5), 1 the best point (search mode 4); any other value is a programming fault. Returns
+  /// false if no point has the name or the point found is deleted.
+  virtual bool Find (const Str& name, int searchKind, bool useProjectHeight, position& out) = 0;
+  /// Loads the best measured point of a name into out; points with an azimuth alone do not count.
+  /// UseProjectHeight of out keeps its value. Returns false if there is none.
+  virtual bool FindMeasured (const Str& name, position& out) = 0;
+
+  /// The record of that number; null for NODBID and for a number that is not in use. Valid until
+  /// the job changes.
   virtual const dbRecord_Class* Record (DBID id) const = 0;
-  /// The names whose positions are being resolved by the calling thread, outermost first.
+  /// The number of the record after id in the order of the job; NODBID after the last.
+  virtual DBID NextRecordId (DBID id) const = 0;
+  /// The newest record of a type; NODBID if there is none.
+  virtual DBID LastOfType (database_RecordType type) const = 0;
+  /// The names that the calling thread is resolving, outermost first.
   virtual StrArray& ResolutionChainNames () = 0;
 
-  /// The point that lies at polar from base: loads target and is true, or false. The form of the
-  /// target is that of the frame that system asks for.
-  virtual bool ForwardPolar (position& base, const Transform& transform, const coord_Polar& polar,
-                             position& target, coordsys_CogoSettings system) = 0;
-  /// Azimuth, horizontal distance and height difference from one point to another.
-  virtual coord_Polar InversePolar (position& from, position& to, const Transform& transform,
-                                    coordsys_CogoSettings system) = 0;
-  /// Reduces the readings of a Circle or MTA with the station, target and back bearing records
-  /// that it names: sets Corrected, Unturned and BackBearingCircle. False when they are not to be
-  /// had.
-  virtual bool ReduceReadings (position& observation) = 0;
-  /// The same for a LaserOffset: sets Polar.
-  virtual bool ReduceLaser (position& observation) = 0;
-  /// The azimuth from base to a backsight, radians; null when it cannot be found.
-  virtual double BacksightAzimuth (position& base, const Transform& transform,
-                                   const Str& backsightName) = 0;
-  /// What the residuals of the control around a computed grid move it by, in the axes of Grid: of
-  /// the calibration for a satellite form, of the station setup for a Circle or an MTA; weighted by
-  /// the power of the distance that the transform's corrections name. Null for too few control
-  /// points. The position decides whether it is asked, and takes the deltas to itself.
-  virtual coord_GridDeltas NeighbourhoodAdjustment (const position& point,
-                                                    const Transform& transform) = 0;
+  // The grid that is kept with an index item.
+
+  /// True for an item of a linked file, which has no record: sets grid to the item's grid.
+  virtual bool LinkedGrid (UniqueId item, coord_CorrectedGrid& grid) const = 0;
+  /// The cached grid of an observation item, which may be null. Returns false, with grid unchanged,
+  /// unless the grid is known and final (OBJECT_GridKnown and OBJECT_GridFinal).
+  virtual bool LoadGrid (UniqueId item, coord_CorrectedGrid& grid) const = 0;
+  /// Stores the grid of an observation item; does nothing for an item of another kind. isFinal is
+  /// false for a grid that may contain a project height.
+  virtual void StoreGrid (UniqueId item, const coord_CorrectedGrid& grid, bool isFinal) = 0;
+
+  // For the azimuth from a base to a backsight.
+
+  /// The azimuth that was keyed in from the base to the backsight: the db_Azimuth of the best
+  /// azimuth-only point, with a null azimuth too. Null if there is none.
+  virtual const db_Azimuth* KeyedAzimuth (const Str& baseName, const Str& backsightName) = 0;
+  /// Loads the best observation of the backsight into out. Observations of the backsight itself
+  /// from a setup on the base that was oriented on this backsight do not count, since they depend
+  /// on the azimuth that is being computed. Returns false if none is left.
+  virtual bool FindBacksight (const Str& baseName, const Str& backsightName, position& out) = 0;
+
+  /// Values that the position layer derived from the records. The job owns the cache and never
+  /// reads it.
+  virtual position_Cache& Cache () = 0;
 };
 
-/// Keeps a name in the chain of the calling thread for as long as it lives, and takes it out on
-/// every way out. A name that is there already (in whatever case) or would be the 51st is refused;
-/// so points that name each other as base end as a failed look-up and never as an endless
-/// recursion.
+/// Adds a name to the resolution chain of the calling thread (resolutionChain_Enter), and removes
+/// it at the end of the scope (resolutionChain_Leave). A name that is in the chain already, in
+/// whatever case, and the 51st name are refused. So points that name each other as their base end
+/// as a failed look-up and not as an endless recursion.
 class resolutionChain_Hold {
  public:
   static constexpr int MaximumNames = 50;
 
   resolutionChain_Hold (position_Job& job, const Str& name);
-  /// Asserts that the last name is its own, and leaves a chain whose last is not alone.
+  /// Asserts that the last name of the chain is the one that was added; otherwise the chain is left
+  /// unchanged.
   ~resolutionChain_Hold ();
   resolutionChain_Hold (const resolutionChain_Hold&) = delete;
   resolutionChain_Hold& operator= (const resolutionChain_Hold&) = delete;
 
-  /// The name was taken in.
+  /// The name was added.
   bool IsEntered () const noexcept { return _IsEntered; }
 
  private:
   StrArray& _Names;
-  Str _Name;
-  bool _IsEntered;
+  const Str& _Name;
+  bool _IsEntered = false;
 };
 
-/// The position of a name, with a coordinate under the job's current transform that can serve as a
-/// base; null when nothing is found, its coordinate cannot be computed or the chain refuses the
-/// name. searchKind as in position_Job::Find.
+/// Loads the best measurement of a name, as position_Job::Find, and computes the absolute form that
+/// a base needs under the job's current transform. Returns false, with out empty, if the name is
+/// not found, its coordinate cannot be computed or the resolution chain refuses the name.
+bool position_Resolve (position_Job& job, const Str& name, int searchKind, bool useProjectHeight,
+                       position& out);
+
+/// position_Job::Find as a new object; null if nothing is found.
+std::unique_ptr<position> position_Create (position_Job& job, const Str& name, int searchKind,
+                                           bool useProjectHeight);
+/// position_Resolve as a new object; null on failure.
 std::unique_ptr<position> position_CreateResolved (position_Job& job, const Str& name,
                                                    int searchKind, bool useProjectHeight);
 

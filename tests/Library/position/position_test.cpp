@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 
+#include "Library/position/positioncache.h"
 #include "Library/position/positionjob.h"
 #include "Library/position/reduce.h"
 #include "Library/records/dbConventional.h"
@@ -52,23 +53,6 @@ std::unique_ptr<Transform> Zone33 () {
       &ellipsoid, &projection, &datum, nullptr, nullptr, &corrections, 0, &error);
 }
 
-// An item of an index that remembers one grid.
-struct SmallItem final : position_Item {
-  bool isLinked = false, isTrue = false;
-  coord_CorrectedGrid grid;
-
-  bool IsLinked () const override { return isLinked; }
-  coord_CorrectedGrid LinkedGrid () const override { return grid; }
-  bool LoadGrid (coord_CorrectedGrid& out) const override {
-    if (!grid.IsNull ()) out = grid;
-    return !grid.IsNull ();
-  }
-  void StoreGrid (const coord_CorrectedGrid& computed, bool isTrueHeight) override {
-    grid = computed;
-    isTrue = isTrueHeight;
-  }
-};
-
 class SmallJob final : public position_Job {
  public:
   std::unique_ptr<Transform> transform = CorrectionsAlone ();
@@ -76,8 +60,6 @@ class SmallJob final : public position_Job {
   std::map<uint32_t, std::unique_ptr<dbRecord_Class>> records;
   StrArray chain;
   std::size_t deepest = 0;
-  double backsight = MATHS_Null;
-  coord_GridDeltas neighbours;
 
   position& Add (const char* name) {
     position& point = points[name];
@@ -101,45 +83,62 @@ class SmallJob final : public position_Job {
     return made;
   }
 
-  const Transform& CurrentTransform () const override { return *transform; }
-  coordsys_CogoSettings CogoSystem () const override { return gridSystem; }
-  std::unique_ptr<position> Find (const Str& name, int, bool) override {
+  const Transform& CurrentTransform () override { return *transform; }
+  coordsys_CogoSettings CogoSystem () override { return gridSystem; }
+  uint32_t Revision () const override { return revision; }
+  bool Find (const Str& name, int, bool useProjectHeight, position& out) override {
     deepest = std::max (deepest, static_cast<std::size_t> (chain.Count ()));
     Str folded = name;
     folded.MakeLower ();
     const auto found = points.find (folded.Data ());
-    return found == points.end () ? nullptr : std::make_unique<position> (found->second);
+    if (found == points.end ()) return false;
+    out = found->second;
+    out.UseProjectHeight = useProjectHeight;
+    return true;
+  }
+  bool FindMeasured (const Str& name, position& out) override {
+    return Find (name, 1, out.UseProjectHeight, out);
   }
   const dbRecord_Class* Record (DBID id) const override {
+    const auto found = records.find (id.value);
+    return found == records.end () ? nullptr : found->second.get ();
+  }
+  DBID NextRecordId (DBID id) const override {
+    const auto found = records.upper_bound (id.value);
+    return found == records.end () ? NODBID : DBID{found->first};
+  }
+  DBID LastOfType (database_RecordType type) const override {
+    DBID last;
     for (const auto& [number, record] : records)
-      if (DBID{number} == id) return record.get ();
-    return nullptr;
+      if (record->GetType () == type) last = {number};
+    return last;
   }
   StrArray& ResolutionChainNames () override { return chain; }
-  bool ForwardPolar (position& base, const Transform& t, const coord_Polar& polar, position& target,
-                     coordsys_CogoSettings) override {
-    coord_CogoGrid grid = base.GetCogoGrid (t);
-    grid.North += polar.HDist * std::cos (polar.Azimuth);
-    grid.East += polar.HDist * std::sin (polar.Azimuth);
-    grid.Elevation += polar.VDist;
-    target.LoadFromCogoGrid (grid, t);
+  bool LinkedGrid (UniqueId item, coord_CorrectedGrid& grid) const override {
+    const bool isLinked = item.GetIndexNumber () == 2;
+    if (isLinked) grid = grids.at (item);
+    return isLinked;
+  }
+  bool LoadGrid (UniqueId item, coord_CorrectedGrid& grid) const override {
+    const auto found = grids.find (item);
+    if (found == grids.end ()) return false;
+    grid = found->second;
     return true;
   }
-  coord_Polar InversePolar (position& from, position& to, const Transform& t,
-                            coordsys_CogoSettings) override {
-    const coord_GridDeltas deltas = to.GetGrid (t) - from.GetGrid (t);
-    return {deltas.Azimuth (), deltas.HorizontalDistance (), deltas.DeltaElev};
+  void StoreGrid (UniqueId item, const coord_CorrectedGrid& grid, bool isFinal) override {
+    if (isFinal) grids[item] = grid;
+    stored = isFinal;
   }
-  bool ReduceReadings (position& observation) override {
-    observation.Unturned = {observation.Circle.HorzCircle, observation.Circle.EDMDistance, 0.0};
-    observation.BackBearingCircle = 0.5;
-    return true;
+  const db_Azimuth* KeyedAzimuth (const Str&, const Str&) override { return nullptr; }
+  bool FindBacksight (const Str&, const Str& name, position& out) override {
+    return Find (name, 1, false, out);
   }
-  bool ReduceLaser (position&) override { return false; }
-  double BacksightAzimuth (position&, const Transform&, const Str&) override { return backsight; }
-  coord_GridDeltas NeighbourhoodAdjustment (const position&, const Transform&) override {
-    return neighbours;
-  }
+  position_Cache& Cache () override { return cache; }
+
+  std::map<UniqueId, coord_CorrectedGrid> grids;
+  bool stored = false;
+  uint32_t revision = 0;
+  position_Cache cache;
 };
 
 TEST (Position, GivesWhatOneTransformAllowsAndNothingElse) {
@@ -361,82 +360,31 @@ TEST (Position, ReducesAnObservationFromItsBase) {
   EXPECT_NEAR (off.GetPolar (*job.transform).HDist, 5.0, 1e-9);
 }
 
-// What was measured takes up the residuals of the control around it, where the job asks for that;
-// what was computed or keyed in does not.
-TEST (Position, MovesByItsNeighbours) {
-  const Hearing hearing;
-  SmallJob job;
-  const auto zone = Zone33 ();
-  const coord_WGS84 vienna (48.2 * degree, 16.37 * degree, 210.0);
-  position measured, computed, from;
-  measured.LoadFromWGS84 (vienna);
-  measured.SearchData = &job;
-  from = measured;
-  const coord_CorrectedGrid grid = from.GetGrid (*zone);
-  const coord_Local local = from.GetLocal (*zone);
-  computed.LoadFromUncalibratedLocal (from.GetUncalibratedLocal (*zone));
-  computed.SearchData = &job;
-
-  position noSetup = measured, setup = measured, nowhere = measured;
-  setup.HasStationSetup = true;
-  nowhere.SearchData = nullptr;
-  const coord_GridDeltas moved (3.0, -2.0, MATHS_Null), none;
-  const struct {
-    const char* name;
-    const position& point;
-    coord_GridDeltas neighbours;
-    bool isAsked, isCalibrated, isMoved;
-  } cases[] = {{"measured", noSetup, moved, true, true, true},
-               {"too few neighbours", noSetup, none, true, true, false},
-               {"not asked for", noSetup, moved, false, true, false},
-               {"without a calibration", noSetup, moved, true, false, false},
-               {"set up by value", setup, moved, true, true, false},
-               {"computed", computed, moved, true, true, false},
-               {"without a job", nowhere, moved, true, true, false}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE (c.name);
-    zone->Corrections.NeighbourhoodAdjustment = c.isAsked;
-    zone->Plane.PlaneType = c.isCalibrated ? COORDSYS_ValidHorizontal : COORDSYS_NoHorizontal;
-    job.neighbours = c.neighbours;
-    position p = c.point;
-    p.SetTransform (*zone);
-    p.Local = local;  // as a distance on the local ellipsoid leaves it
-    p.Status |= POSITION_DoneLocal;
-    const double north = c.isMoved ? 3.0 : 0.0, east = c.isMoved ? -2.0 : 0.0;
-    EXPECT_TRUE (
-        p.GetGrid (*zone).IsCloseTo ({grid.North + north, grid.East + east, grid.Elevation}, 1e-6));
-    EXPECT_NEAR ((p.GetLocal (*zone).Latitude - local.Latitude) * 6.37e6, north, 0.1);
-  }
-}
-
-// Computed once and remembered with the item, with the word whether a project height may stand in
-// it; remembered grids are for the transform of the job alone.
-TEST (Position, RemembersTheGridOfAnObservationWithItsItem) {
+TEST (Position, KeepsTheGridOfAnObservationWithItsItem) {
   const Hearing hearing;
   SmallJob job;
   job.Add ("base").LoadFromGrid ({1000.0, 2000.0, 50.0});
-  const auto item = std::make_shared<SmallItem> ();
-  position shot = job.AddPolar ("shot", "base");
+  const UniqueId item (1, 7);
+  position shot;
   shot.LoadFromPolar ({0.0, 100.0, 5.0}, job.transform.get ());
   shot.NameOfBase = "base";
   shot.CogoSystem = gridSystem;
   shot.SearchData = &job;
   shot.Object = item;
-  for (const bool useProjectHeight : {false, true}) {
-    item->grid.SetNull ();
-    position p = shot;
-    p.UseProjectHeight = useProjectHeight;
-    EXPECT_EQ (p.GetGrid (*job.transform).North, 1100.0);
-    EXPECT_EQ (item->grid.North, 1100.0);
-    EXPECT_EQ (item->isTrue, !useProjectHeight);
-  }
-  item->grid.North = 7.0;
-  position again = shot, elsewhere = shot, linked = shot;
+  position first = shot, again = shot, elsewhere = shot, flat = shot, linked = shot;
+  EXPECT_EQ (first.GetGrid (*job.transform).North, 1100.0);
+  EXPECT_TRUE (job.stored);
+  EXPECT_EQ (job.grids.at (item).North, 1100.0);
+  job.grids[item].North = 7.0;
   EXPECT_EQ (again.GetGrid (*job.transform).North, 7.0);
   EXPECT_EQ (elsewhere.GetGrid (*CorrectionsAlone ()).North, 1100.0);
-  EXPECT_EQ (item->grid.North, 7.0);
-  item->isLinked = true;
-  EXPECT_EQ (linked.GetGrid (*CorrectionsAlone ()).North, 7.0);
+  flat.UseProjectHeight = true;  // may contain a project height: neither loaded nor final
+  EXPECT_EQ (flat.GetGrid (*job.transform).North, 1100.0);
+  EXPECT_FALSE (job.stored);
+  EXPECT_EQ (job.grids.at (item).North, 7.0);
+  linked.Object = {2, 1};
+  job.grids[linked.Object] = {1.0, 2.0, 3.0};
+  EXPECT_EQ (linked.GetGrid (*CorrectionsAlone ()).North, 1.0);
 }
 
 TEST (Position, ReadsTheHeightOfAnAntenna) {
@@ -497,9 +445,6 @@ TEST (Position, TakesItsBaseNamesFromTheRecordOfTheLocation) {
   ASSERT_TRUE (p.LoadFromRecord (job, circle));
   EXPECT_EQ (p.NameOfBase, "S");
   EXPECT_EQ (p.NameOfBacksight, "B");
-  job.Add ("s").LoadFromGrid ({0.0, 0.0, 0.0});
-  job.backsight = 0.25;
-  EXPECT_NEAR (p.GetPolar (*job.transform).Azimuth, 0.75, 1e-12);
 
   db_ECEFDeltas deltas;
   deltas.Antenna = {2};
