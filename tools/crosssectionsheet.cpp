@@ -18,7 +18,8 @@ constexpr double fanHeight = 6.0;                          // where leaders spre
 constexpr double slopeHeight = 1.0, slopeReach = 3.0;      // metres of a side slope that is shown
 constexpr double groundReach = 50.0;                       // metres to the ground, at most
 constexpr std::size_t mostNodes = 2000;                    // drawn of one section
-constexpr std::array scaleSteps = {1.0, 2.0, 2.5, 5.0};
+constexpr double wordsWidth = 13.0;  // for the words of a side slope, on each side
+constexpr std::array scaleSteps = {1.0, 1.25, 2.0, 2.5, 3.0, 4.0, 5.0, 7.5};
 constexpr std::array exaggerations = {10.0, 5.0, 2.0, 1.0};
 
 // The rows of the table below a section: title and height in millimetres.
@@ -30,11 +31,12 @@ constexpr Row rows[] = {
     {"Code", 14.0}, {"Offset", 12.0}, {"Level", 13.0}, {"Width", 9.0}, {"Grade outwards %", 9.0}};
 constexpr double tableHeight = 14.0 + 12.0 + 13.0 + 9.0 + 9.0;
 
-// A side slope as drawn: its places from the last node on (offset, elevation), and its words.
+// A side slope as drawn: its places from the last node on (offset, elevation), and its words from
+// long to short.
 struct Slope {
   std::vector<Point> places;
-  std::string words;
   bool isFill;
+  std::vector<std::string> words;
 };
 
 // A section as places, before any scale.
@@ -90,7 +92,7 @@ class Picture {
   void TakeSlope (const roadxs_Side& side, Point end, double sign, bool isFill) {
     const double rise = maths_Tan (isFill ? maths_Negate (side.FillGrade) : side.CutGrade);
     if (!IsUsable (rise)) return;
-    Slope slope{{end}, {}, isFill};
+    Slope slope{{end}, isFill, {}};
     if (!isFill && IsUsable (side.CutDitchWidth) && side.CutDitchWidth != 0.0)
       slope.places.push_back ({end.x + sign * std::abs (side.CutDitchWidth), end.y});
     const double height = _Ground ? *_Ground - end.y : std::copysign (slopeHeight, rise);
@@ -100,11 +102,15 @@ class Picture {
     if (!isMet && !(reach >= 0.0 && reach <= slopeReach)) reach = slopeReach;
     const Point from = slope.places.back ();
     slope.places.push_back ({from.x + sign * reach, from.y + rise * reach});
-    slope.words = (isFill ? "fill " : "cut ") + NumberText (rise * 100.0, 1) + "%";
-    if (std::abs (rise) > 0.001)
-      slope.words += " (1:" + NumberText (1.0 / std::abs (rise), 2) + ")";
-    if (isMet) slope.words += " to " + NumberText (slope.places.back ().x);
-    if (!side.BatterCode.IsEmpty ()) slope.words = CleanText (side.BatterCode) + " " + slope.words;
+    const std::string grade = (isFill ? "fill " : "cut ") + NumberText (rise * 100.0, 1) + "%";
+    const std::string toe = isMet ? " to " + NumberText (slope.places.back ().x) : std::string ();
+    std::string both = grade;
+    if (std::abs (rise) > 0.001) both += " (1:" + NumberText (1.0 / std::abs (rise), 2) + ")";
+    if (!side.BatterCode.IsEmpty ())
+      slope.words.push_back (CleanText (side.BatterCode) + " " + both + toe);
+    slope.words.push_back (both + toe);
+    slope.words.push_back (grade + toe);
+    slope.words.push_back (grade);
     _Slopes.push_back (std::move (slope));
   }
 
@@ -210,7 +216,10 @@ class Cell {
   void Head (Svg& svg) const {
     const roadxs_CrossSection& section = _Picture.Section ();
     const auto named = [] (const roadxs_Side& side) {
-      return side.Template.IsEmpty () ? std::string ("none") : CleanText (side.Template);
+      std::string text = side.Template.IsEmpty () ? "none" : CleanText (side.Template);
+      if (side.HasBatter && !side.BatterCode.IsEmpty ())
+        text += ", slope " + CleanText (side.BatterCode);
+      return text;
     };
     svg.Words ("station", {_Box.left, _Box.top + 4.0}, StationText (section.Station));
     svg.Words ("note", {_Box.left + 32.0, _Box.top + 4.0},
@@ -255,12 +264,22 @@ class Cell {
     std::vector<Point> places;
     for (const Point& place : slope.places) places.push_back ({X (place.x), Y (place.y)});
     svg.Path (slope.isFill ? "fillslope" : "cutslope", places);
-    const bool isRight = places.back ().x > places.front ().x;
-    // Beyond the end of the slope there is no room; the words run back over the slope.
+    // The longest words for which there is room outside the slope; without any, the words run back
+    // over the slope. Above a cut and below a fill they are clear of the ground.
     const Point end = places.back ();
-    const double y = end.y <= places.front ().y ? end.y - 1.2 : end.y + 2.8;
-    svg.Words (slope.isFill ? "fillword" : "cutword", {end.x, y}, slope.words,
-               isRight ? "end" : "start");
+    const bool isRight = end.x > places.front ().x;
+    const double room = (isRight ? _Plot.right - end.x : end.x - _Plot.left) - 1.5;
+    const auto fitting =
+        std::find_if (slope.words.begin (), slope.words.end (), [room] (const std::string& words) {
+          return 1.15 * static_cast<double> (words.size ()) <= room;
+        });
+    const bool isOutside = fitting != slope.words.end ();
+    svg.Words (slope.isFill ? "fillword" : "cutword",
+               {end.x + (!isOutside ? 0.0
+                         : isRight  ? 1.0
+                                    : -1.0),
+                slope.isFill ? end.y + 2.6 : end.y - 0.8},
+               isOutside ? *fitting : slope.words.front (), isRight == isOutside ? "start" : "end");
   }
 
   // The section line, and the table of its nodes.
@@ -433,7 +452,8 @@ std::string SectionDrawing (const std::string& road,
   const Box plot = Cell::PlotOf (boxOf (0));
   double scale = 10.0;
   for (const Picture& picture : pictures)
-    scale = std::max (scale, picture.Extent ().Width () * 1000.0 / (plot.Width () - 4.0));
+    scale =
+        std::max (scale, picture.Extent ().Width () * 1000.0 / (plot.Width () - 2.0 * wordsWidth));
   scale = RoundUp (scale, scaleSteps);
   const auto allFit = [&] (double exaggeration) {
     return std::all_of (pictures.begin (), pictures.end (), [&] (const Picture& picture) {
