@@ -288,7 +288,7 @@ void AddRoad (CLI::App& app, Session& session) {
       ->add_option ("--svg", options->svg,
                     "Draw plan and long section, or the cross sections, into this file")
       ->type_name ("OUT");
-  command->add_flag ("--force", options->force, "Replace a drawing that stands there");
+  command->add_flag ("--force", options->force, "Replace an existing drawing");
   command->footer (
       "Without any of --at, --section, --sections, --check and --svg the road is listed: "
       "elements,\n"

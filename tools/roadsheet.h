@@ -28,7 +28,7 @@ struct Point {
 };
 inline double Distance (Point a, Point b) { return std::hypot (a.x - b.x, a.y - b.y); }
 
-/// Neither null nor beyond what a drawing can hold.
+/// Neither null nor too large for a drawing.
 inline bool IsUsable (double value) { return !maths_IsNull (value) && std::abs (value) < 1e12; }
 
 /// The least number at or above value (which is above 0) among the steps times a power of ten.
@@ -93,7 +93,7 @@ struct Stretch {
 /// The elements that have a place and a length.
 std::vector<Stretch> StretchesOf (const NorvathRoad& road);
 
-/// Draws the plan; answers its scale, one to so much. There is at least one stretch.
+/// Draws the plan and returns the denominator of its scale. There is at least one stretch.
 double DrawPlan (Svg& svg, const NorvathRoad& road, const std::vector<Stretch>& stretches);
 
 struct SectionScales {

@@ -1,4 +1,4 @@
-// A road as a drawing: the sheet that plan and long section stand on.
+// A road as a drawing: the sheet with plan and long section.
 #include "roadsvg.h"
 
 #include "roadsheet.h"

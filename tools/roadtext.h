@@ -38,7 +38,7 @@ std::string CleanText (const Str& text);
 
 /// The whole road: elements, vertical profile, placements, superelevation, templates.
 std::string RoadListing (const NorvathRoad& road);
-/// What does not hold in the road, one sentence each; empty for a valid road.
+/// The faults of the road, one sentence each; empty for a valid road.
 std::vector<std::string> RoadFaults (const NorvathRoad& road);
 
 /// A place of the centre line. False outside the alignment and where its element lacks numbers.

@@ -1,6 +1,6 @@
 // The road of a road file.
-// Its names, its stations of interest and its validation; reading and writing stand with the road
-// file. Leans on the parts' headers and on approx.
+// Its names, its stations of interest, its validation and its coordinates; roadfile.cpp reads and
+// writes it, roadsections.cpp builds its cross sections.
 #include "road/RoadNorvath.h"
 
 #include <cmath>

@@ -1,7 +1,6 @@
 // The road of a road file.
-// Name, stations of interest, templates, alignments, placements and superelevation in one object
-// that answers where its line runs and whether its parts fit together. Leans on the parts'
-// headers.
+// Name, stations of interest, templates, alignments, placements and superelevation in one object,
+// which gives positions, cross sections and coordinates, and checks that its parts fit together.
 #pragma once
 
 #include "road/chainage.h"
@@ -70,7 +69,7 @@ class NorvathRoad final : public GenericRoad {
   void GetFileName (Str& name) const override { name = FileName; }
   void SetName (const Str& name) override { Name = name; }
   /// Sets the path; one with a backslash in it also renames the road by SetNameFromFile, to the
-  /// part behind the last backslash.
+  /// part after the last backslash.
   void SetFileName (const Str& path);
   /// The name up to its first dot, if it has one.
   void SetNameFromFile (const Str& name);

@@ -1,5 +1,5 @@
 // Which template applies where.
-// Finds the placements around a station. Leans on approx.
+// Finds the placements before and after a station.
 #include "road/placements.h"
 
 #include <set>

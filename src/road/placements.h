@@ -1,6 +1,5 @@
 // Which template applies where.
-// Placements say for each side of the road which template applies from a station on. Leans on
-// roadelement and chainage.
+// A placement says for each side of the road which template applies from its station on.
 #pragma once
 
 #include <array>
@@ -53,7 +52,7 @@ class TemplatePlacementArray final
   /// For each side the last placement at or before the station that is not Interpolate; the default
   /// where there is none.
   SidedTemplatePlacement PreviousPlacement (double station) const;
-  /// For each side the first placement behind the station that is not Interpolate; the default
+  /// For each side the first placement after the station that is not Interpolate; the default
   /// where there is none.
   SidedTemplatePlacement NextPlacement (double station) const;
   /// Some side is UserDefined.

@@ -1,5 +1,4 @@
 // The road file: one road in an XML file of its own, format version 4.0.
-// Leans on roadnodes for the elements, on xmlparser, file and stream.
 //
 // The first line is `<?xml version="1.0" encoding="UTF-8"?>`, lines end in CR LF. The root element
 // "NorvathRoad" has the children Name, StationInterval, HorizontalAlignment, VerticalAlignment,
@@ -103,7 +102,7 @@ class RxlWriter final : public file_Class {
   }
 
  private:
-  // Makes the file in place of one that stands there, unless that is read-only.
+  // Creates the file and replaces an existing one, unless that is read-only.
   bool Replace () {
     SetName (_Road.FileName);
     if (Exists () && (IsReadOnly () || !Delete ())) return false;

@@ -1,6 +1,5 @@
 // How the finished strips are tilted and widened along the road.
-// Values between the entries, and the stations at which something begins, ends or changes. Leans on
-// roadcogo and approx.
+// Values between the entries, and the stations at which something begins, ends or changes.
 #include "road/superelevation.h"
 
 #include <cmath>

@@ -1,6 +1,5 @@
 // How the finished strips are tilted and widened along the road.
-// Entries in the order of their stations; between them values run linearly. Leans on roadelement
-// and chainage.
+// Entries in the order of their stations; values are interpolated linearly between them.
 #pragma once
 
 #include <array>

@@ -1,6 +1,5 @@
 // Cross-section templates.
-// A template is a list of strips from the centre line outwards that ends at most in a side slope; a
-// road names the templates that apply. Leans on roadelement.
+// A template is a list of strips from the centre line outwards that ends at most in a side slope.
 #pragma once
 
 #include <memory>
@@ -74,7 +73,7 @@ class TemplateSideSlope final
     : public RoadElementOf<TemplateSideSlope, ROAD_TemplateSideSlope, TemplateElement> {
  public:
   double CutGrade = MATHS_Null;
-  double FillGrade = MATHS_Null;  ///< the negative of what stands in a road file
+  double FillGrade = MATHS_Null;  ///< the negative of the value in a road file
   double CutDitchWidth = 0.0;
 
   bool operator== (const TemplateSideSlope&) const = default;

@@ -1,7 +1,7 @@
 // The elements of a vertical alignment.
 // Points, arcs and parabolas of the long section: each computes its tangent points, grades, K
-// factor and its sag or summit from its keyed values and its neighbours, and answers the elevation
-// at a station. Leans on roadelement, chainage and the road's coordinate geometry.
+// factor and its sag or summit from its keyed values and its neighbours, and gives the elevation at
+// a station.
 #pragma once
 
 #include <cstdint>
@@ -54,7 +54,7 @@ class VerticalBase : public RoadElement {
   /// The grades are both known and equal, or a curve cannot exist with its values.
   virtual bool IsImpossible () const { return false; }
 
-  /// The grades in front of the element and behind it.
+  /// The grades before and after the element.
   double GradeIn = MATHS_Null;
   double GradeOut = MATHS_Null;
 
@@ -151,7 +151,7 @@ class VerticalElementArray final : public RoadElementArrayOf<VerticalBase, Verti
   double StartChainage () const noexcept;
   /// Of the last element's end; null if empty.
   double EndChainage () const noexcept;
-  /// How all elements behind the first were keyed in; Mixed if not alike, and for fewer than two.
+  /// How all elements after the first were keyed in; Mixed if not alike, and for fewer than two.
   KeyinStyle GetKeyinStyle () const noexcept;
   /// Computes all elements again, in order; with style Mixed nothing changes.
   void Settle ();

@@ -1,5 +1,5 @@
 // The long section of a road.
-// Settles the elements in their order and asks the right one for an elevation. Leans on approx.
+// Settles the elements in order, and finds the one that gives the elevation at a station.
 #include <algorithm>
 
 #include "numerics/approx.h"
@@ -50,12 +50,10 @@ void VerticalElementArray::Settle () {
       if (before) element.PreviousIntersection = before->IntersectionPoint;
       if (after) element.NextIntersection = after->IntersectionPoint;
     } else {
-      if (before) {
-        element.PreviousEndPoint = before->EndPoint;
-        element.PreviousGradeOut = before->GradeOut;
-      }
+      if (before) element.PreviousEndPoint = before->EndPoint;
       if (after) element.NextStartPoint = after->StartPoint;
     }
+    if (before) element.PreviousGradeOut = before->GradeOut;
     element.Compute ();
     if (!before) continue;
     if (isByVPI) {
@@ -80,6 +78,7 @@ void VerticalElementArray::LinkNeighbours () {
     before.NextStartPoint = element.StartPoint;
     element.PreviousIntersection = before.IntersectionPoint;
     element.PreviousEndPoint = before.EndPoint;
+    element.PreviousGradeOut = before.GradeOut;
   }
 }
 

@@ -1,5 +1,4 @@
 // Templates, placements, superelevation, stations of interest and the road as a whole.
-// Leans on roadtest.
 #include <string>
 #include <vector>
 
