@@ -296,9 +296,9 @@ void AddRoad (CLI::App& app, Session& session) {
       "positive; a station may be written as 1+234.5.\n"
       "Exit status: 0 clean, 1 no road file, 2 a fault was found, 3 a place is not on the road,\n"
       "4 the drawing could not be made or written.\n"
-      "Examples: clxml road 'Main(Lot 7).rxl' --at 1+234.5:-3 --at 1+240\n"
-      "          clxml road 'Main(Lot 7).rxl' --section 1+234.5 --offset -3 4.25 --json\n"
-      "          clxml road 'Main(Lot 7).rxl' --sections 20 --svg sections.svg");
+      "Example: clxml road 'Main(Lot 7).rxl' --at 1+234.5:-3 --at 1+240\n"
+      "         clxml road 'Main(Lot 7).rxl' --section 1+234.5 --offset -3 4.25 --json\n"
+      "         clxml road 'Main(Lot 7).rxl' --sections 20 --svg sections.svg");
   command->callback ([&session, options] {
     session.run = [&session, options] { return RunRoad (session, *options); };
   });
