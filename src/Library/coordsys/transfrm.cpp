@@ -56,10 +56,12 @@ class Transform::GridDoor {
   explicit GridDoor (const Transform& transform)
       : _falseNorth (transform._block->FalseNorth),
         _falseEast (transform._block->FalseEast),
-        _rise (transform._block->GeoidCode == CSIB_NoGeoid
+        _rise (transform._block->GeoidCode == CSIB_NoGeoid &&
+                       transform._block->ProjectionCode == CSIB_Plane
                    ? csib_PlaneHeightDifference (*transform._block)
                    : 0.0) {
-    csib_GroundDeltas (*transform._block, _moveNorth, _moveEast);
+    if (transform._block->HasProjectLocation)
+      csib_GroundDeltas (*transform._block, _moveNorth, _moveEast);
     _moveNorth += transform._block->GroundOffsetNorth;
     _moveEast += transform._block->GroundOffsetEast;
   }
@@ -298,15 +300,20 @@ void Transform::ToCogoGrid (const coord_Local& source, coord_CogoGrid& destinati
   csib_Geodetic local;
   csib_Grid grid;
   if (!_block || !Enter (source, local) || csib_Project (*_block, local, grid) != CSIB_Ok ||
-      csib_ShiftForward (*_block, grid) != CSIB_Ok) {
+      (_block->HasShiftGrid && csib_ShiftForward (*_block, grid) != CSIB_Ok)) {
     destination = coord_CogoGrid ();
     return;
   }
   if (!isCalibrated) csib_HorizontalForward (*_block, grid);
-  csib_Geodetic wgs84;
-  const bool isKnown = IsRemembered (source) && Enter (_pair.WGS84, wgs84);
-  csib_ElevationOfLocal (*_block, local, grid, isKnown ? &wgs84 : nullptr);
-  csib_VerticalForward (*_block, grid);
+  if (_block->Geoid == nullptr) {
+    grid.OrthometricHeight = local.EllipsoidalHeight;
+    grid.HasOrthometric = local.HasEllipsoidal;
+  } else {
+    csib_Geodetic wgs84;
+    const bool isKnown = IsRemembered (source) && Enter (_pair.WGS84, wgs84);
+    csib_ElevationOfLocal (*_block, local, grid, isKnown ? &wgs84 : nullptr);
+  }
+  if (_block->HasVertical) csib_VerticalForward (*_block, grid);
   GridDoor (*this).Leave (grid, destination);
 }
 
