@@ -10,6 +10,8 @@
 #include <CLI/CLI.hpp>
 
 #include "common.h"
+#include "geodesy/csib.h"
+#include "geodesy/datum.h"
 #include "hostfile.h"
 #include "platform/folder.h"
 
@@ -213,6 +215,9 @@ void RefuseWhatIsNotTaken (const SystemOptions& options, coordsys_ProjectionType
     Refuse ("--project", "belongs to a --ground");
   if (!options.datum.empty () && !options.datumGrid.empty ())
     Refuse ("--datum", "is a datum; --datum-grid is another");
+  if (!options.toWGS84.empty () && (!options.datum.empty () || !options.datumGrid.empty ()))
+    Refuse ("--towgs84", std::string ("is a datum; ") +
+                             (options.datum.empty () ? "--datum-grid" : "--datum") + " is another");
 }
 
 // What a projection cannot be without.
@@ -312,7 +317,113 @@ coordsys_Datum DatumOf (const std::string& text) {
   return datum;
 }
 
+// As published: from the local datum to WGS84, P' = S R P + T, with R the turn of a position vector
+// by the angles. That is the inverse of the turn M of the axes, so the record, which runs from
+// WGS84 to the local datum, has the same angles: P = M P'/S - M T/S.
+coordsys_Datum DatumOfPublished (const std::string& text) {
+  std::vector<double> n = Numbers ("--towgs84", text, 3, 7);
+  n.resize (7, 0.0);
+  coordsys_Datum datum;
+  datum.DatumType = COORDSYS_SevenParameter;
+  datum.RotationX = n[3] * radians / 3600.0;
+  datum.RotationY = n[4] * radians / 3600.0;
+  datum.RotationZ = n[5] * radians / 3600.0;
+  datum.Scale = 1.0 / (1.0 + n[6] * 1e-6);
+  if (!(datum.Scale > 0.0) || !std::isfinite (datum.Scale))
+    Refuse ("--towgs84", "takes parts in a million above -1000000");
+  const csib_Rotation M = csib_RotationMatrix (datum.RotationX, datum.RotationY, datum.RotationZ);
+  const auto row = [&] (const std::array<double, 3>& m) {
+    return -(m[0] * n[0] + m[1] * n[1] + m[2] * n[2]) * datum.Scale;
+  };
+  datum.TranslationX = row (M[0]);
+  datum.TranslationY = row (M[1]);
+  datum.TranslationZ = row (M[2]);
+  return datum;
+}
+
+constexpr struct {
+  const char* name;
+  coordsys_GridOrientation orientation;
+  const char* meaning;
+} allAxes[] = {{"NE", COORDSYS_IncreasingNorthEast, "north and east"},
+               {"SW", COORDSYS_IncreasingSouthWest, "south and west"},
+               {"NW", COORDSYS_IncreasingNorthWest, "north and west"},
+               {"SE", COORDSYS_IncreasingSouthEast, "south and east"}};
+
+// What a user should know of a projection beside its options.
+const char* RemarkOf (coordsys_ProjectionType type) {
+  switch (type) {
+    case COORDSYS_NoProjection:
+    case COORDSYS_ScaleOnly:
+      return "not a map: converts no point";
+    case COORDSYS_TransverseMercator:
+    case COORDSYS_UniversalTransverseMercator:
+      return "0.1 mm within 3.5 degrees of the central meridian";
+    case COORDSYS_Denmark:
+      return "polynomials of the two directions, up to 60 mm apart, refused beyond";
+    case COORDSYS_HungarianEOV:
+      return "all fixed; its published inverse is off by up to 30 mm at the border";
+    case COORDSYS_Lambert1Parallel:
+      return "the parallel is that of --origin";
+    case COORDSYS_RSO:
+      return "oblique, rectified, from the equator";
+    case COORDSYS_RDStereographic:
+    case COORDSYS_NewZealandMapGrid:
+    case COORDSYS_UPSNorth:
+    case COORDSYS_UPSSouth:
+      return "all fixed";
+    default:
+      return "";
+  }
+}
+
+void AppendRow (std::string& text, std::string name, std::size_t width, const std::string& what) {
+  name.resize (std::max (width, name.size () + 1), ' ');
+  text += "  " + name + what;
+  text.erase (text.find_last_not_of (' ') + 1);
+  text += '\n';
+}
+
 }  // namespace
+
+std::string SystemList () {
+  std::string text = "Projections (--projection), with their options:\n";
+  const struct {
+    Taken bit;
+    const char* option;
+  } takes[] = {{TAKES_Origin, "--origin"},
+               {TAKES_False, "--false"},
+               {TAKES_Scale, "--scale"},
+               {TAKES_Parallels, "--parallels"},
+               {TAKES_Azimuth, "--azimuth"},
+               {TAKES_Oblique, "[--geodetic-azimuth --origin-at-center --rectify]"},
+               {TAKES_Meridian, "--meridian"},
+               {TAKES_Area, "--area"},
+               {TAKES_UKGrids, "--uk-grids"},
+               {TAKES_ProjectionGrid, "--projection-grid"}};
+  for (const Enumerator& row : EnumerationOf<coordsys_ProjectionType> ().rows) {
+    std::string_view name = row.name;
+    name.remove_prefix (prefix.size ());
+    const auto type = static_cast<coordsys_ProjectionType> (row.number);
+    std::string what;
+    for (const auto& [bit, option] : takes)
+      if ((TakenBy (type) & bit) != 0) what += (what.empty () ? "" : " ") + std::string (option);
+    const std::string remark = RemarkOf (type);
+    if (!remark.empty ()) what += (what.empty () ? "(" : "  (") + remark + ")";
+    AppendRow (text, std::string (name), 30, what);
+  }
+  text += "\nEllipsoids (--ellipsoid): semi-major axis in metres, inverse flattening\n";
+  const auto number = [] (double value) {
+    char digits[40];
+    return std::string (digits, std::to_chars (digits, digits + sizeof digits, value).ptr);
+  };
+  AppendRow (text, "WGS84", 18, number (CSIB_WGS84MajorAxis) + " 298.257223563");
+  for (const NamedEllipsoid& known : ellipsoids)
+    AppendRow (text, known.name, 18, number (known.a) + " " + number (known.inverseFlattening));
+  text += "\nAxes (--axes): the directions in which the grid grows\n";
+  for (const auto& axes : allAxes) AppendRow (text, axes.name, 18, axes.meaning);
+  return text;
+}
 
 void SystemOptions::AddTo (CLI::App& command) {
   const char* group = "Projection";
@@ -340,8 +451,13 @@ void SystemOptions::AddTo (CLI::App& command) {
   add ("--shift-grid", shiftGrid, "FILE", "Shifts behind the projection (sgf)");
   group = "Datum";
   add ("--ellipsoid", ellipsoid, "NAME|A,RF", "WGS84 if none is given");
-  add ("--datum", datum, "X,Y,Z[,RX,RY,RZ,PPM]",
-       "From WGS84 to the local datum: metres, seconds of arc of the axes, parts in a million");
+  add (
+      "--datum", datum, "X,Y,Z[,RX,RY,RZ,PPM]",
+      "From WGS84 to the local datum: metres, seconds of arc of the axes (coordinate frame), parts "
+      "in a million; three numbers by Molodensky's formulas");
+  add ("--towgs84", toWGS84, "X,Y,Z[,RX,RY,RZ,PPM]",
+       "From the local datum to WGS84 as published, rotations by position vector signs; three "
+       "numbers are a geocentric translation");
   add ("--datum-grid", datumGrid, "FILE", "A combined datum grid (CDG)");
   group = "Site";
   add ("--geoid", geoid, "FILE", "Separations (ggf); without a datum the local one is WGS84");
@@ -356,10 +472,10 @@ void SystemOptions::AddTo (CLI::App& command) {
 
 bool SystemOptions::IsGiven () const {
   for (const std::string* text :
-       {&ellipsoid, &projection, &utm,  &origin,    &falseOrigin, &scale,     &parallels,
-        &azimuth,   &meridian,   &area, &ground,    &project,     &offsets,   &datum,
-        &plane,     &incline,    &axes, &datumGrid, &geoid,       &shiftGrid, &projectionGrid,
-        &ukGrids})
+       {&ellipsoid, &projection, &utm,       &origin,         &falseOrigin, &scale,
+        &parallels, &azimuth,    &meridian,  &area,           &ground,      &project,
+        &offsets,   &datum,      &toWGS84,   &plane,          &incline,     &axes,
+        &datumGrid, &geoid,      &shiftGrid, &projectionGrid, &ukGrids})
     if (!text->empty ()) return true;
   return geodeticAzimuth || originAtCenter || rectify;
 }
@@ -386,6 +502,7 @@ coordsys_Parts PartsOf (const SystemOptions& options, ProjectFolder& folder) {
   }
 
   if (!options.datum.empty ()) parts.Datum = DatumOf (options.datum);
+  if (!options.toWGS84.empty ()) parts.Datum = DatumOfPublished (options.toWGS84);
   if (!options.datumGrid.empty ()) parts.Datum.DatumType = COORDSYS_GridDatum;
   link (options.datumGrid, "datum", "CDG", parts.Datum.GridName);
   link (options.geoid, "geoid", "ggf", parts.Height.GeoidFilename);
@@ -415,15 +532,10 @@ coordsys_Parts PartsOf (const SystemOptions& options, ProjectFolder& folder) {
     mask |= COORDSYS_SetHorzAdjustment;
   }
   if (!options.axes.empty ()) {
-    constexpr std::pair<const char*, coordsys_GridOrientation> axes[] = {
-        {"NE", COORDSYS_IncreasingNorthEast},
-        {"SW", COORDSYS_IncreasingSouthWest},
-        {"NW", COORDSYS_IncreasingNorthWest},
-        {"SE", COORDSYS_IncreasingSouthEast}};
     bool isKnown = false;
-    for (const auto& [name, orientation] : axes) {
-      if (!IsSame (options.axes, name)) continue;
-      parts.Corrections.GridOrientation = orientation;
+    for (const auto& axes : allAxes) {
+      if (!IsSame (options.axes, axes.name)) continue;
+      parts.Corrections.GridOrientation = axes.orientation;
       isKnown = true;
     }
     if (!isKnown) Refuse ("--axes", "\"" + options.axes + "\" is none of NE, SW, NW, SE");

@@ -18,7 +18,7 @@ namespace clxml::tool {
 /// The options as they were written; empty for one that was not given.
 struct SystemOptions {
   std::string ellipsoid, projection, utm, origin, falseOrigin, scale, parallels, azimuth, meridian,
-      area, ground, project, offsets, datum, plane, incline, axes;
+      area, ground, project, offsets, datum, toWGS84, plane, incline, axes;
   std::string datumGrid, geoid, shiftGrid, projectionGrid, ukGrids;  // paths
   bool geodeticAzimuth = false, originAtCenter = false, rectify = false;
 
@@ -51,6 +51,9 @@ class ProjectFolder {
 /// The parts that the options stand for; their files are linked into the folder. Refuses with
 /// STATUS_Usage what is no number or word, naming the option.
 coordsys_Parts PartsOf (const SystemOptions& options, ProjectFolder& folder);
+
+/// The projections with the options that each takes, the ellipsoids and the axes, as a text.
+std::string SystemList ();
 
 /// What an assembly's error means, for a message.
 std::string Meaning (coordsys_Error error);

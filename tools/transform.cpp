@@ -1,9 +1,8 @@
 // clxml transform: points from one side of a coordinate system to the other.
-// Reads a point a line, converts it through the library's transform, prints a point a line. Leans
-// on transfrm, CLI11 and the operating system.
+// Reads a point a line, converts it through the library's transform, prints a point a line and
+// marks what looks wrong. Uses transfrm, pointline, CLI11 and the operating system.
 #include <unistd.h>
 
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -16,26 +15,24 @@
 #include "Library/coordsys/transfrm.h"
 #include "common.h"
 #include "coordsystem.h"
+#include "pointline.h"
 
 namespace clxml::tool {
 namespace {
 
-constexpr double radians = CONSTANT_Pi / 180.0;
 constexpr std::size_t longestLine = 4096;
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 struct TransformOptions {
   SystemOptions system;
-  std::string job, files, sides = "wgs84-grid";
-  bool inverse = false, tolerate = false;
+  std::string job, files, columns, sides = "wgs84-grid";
+  bool inverse = false, tolerate = false, seconds = false, strict = false, list = false;
 };
-
-// Latitude, longitude, height or north, east, elevation; null for what is absent.
-using Point = std::array<double, 3>;
 
 // The two sides of a conversion: what their points are, and the ways between.
 struct Sides {
   const char* name;
+  const char* meaning;
   bool needsProjection;
   bool fromWGS84;
   Point (*forward) (const Transform& transform, const Point& point);
@@ -93,16 +90,18 @@ Point UncalibratedOfGrid (const Transform& transform, const Point& point) {
 }
 
 constexpr Sides allSides[] = {
-    {"wgs84-grid", true, true,
+    {"wgs84-grid", "WGS84 to the grid of the job: the whole pipeline", true, true,
      [] (const Transform& t, const Point& p) {
        return GridOfUncalibrated (t, LocalOfWGS84 (t, p));
      },
      [] (const Transform& t, const Point& p) {
        return WGS84OfLocal (t, UncalibratedOfGrid (t, p));
      }},
-    {"uncalibrated-grid", true, false, GridOfUncalibrated, UncalibratedOfGrid},
-    {"local-grid", true, false, GridOfLocal, LocalOfGrid},
-    {"wgs84-uncalibrated", false, true, LocalOfWGS84, WGS84OfLocal},
+    {"uncalibrated-grid", "WGS84 after the datum alone, to the grid", true, false,
+     GridOfUncalibrated, UncalibratedOfGrid},
+    {"local-grid", "the point that projects to the grid without a calibration's plane, to the grid",
+     true, false, GridOfLocal, LocalOfGrid},
+    {"wgs84-uncalibrated", "the datum alone", false, true, LocalOfWGS84, WGS84OfLocal},
 };
 
 // An elevation is a height above the ellipsoid where the geoid has no value.
@@ -113,21 +112,111 @@ bool IsOutsideGeoid (const Transform& transform, const Point& point, bool isWGS8
   return maths_IsNull (separation);
 }
 
-// What did not come through whole.
-struct Losses {
-  uint64_t points = 0, places = 0, heights = 0, outside = 0;
+// The longitude about which a projection is used, for marks; null where it has none.
+struct Zone {
+  double meridian = MATHS_Null;  // radians
+  bool isTransverse = false;     // its accuracy ends some degrees from the meridian
+};
 
-  void Tell () const {
-    const std::string of = " of " + std::to_string (points);
-    if (places != 0)
-      Say ("warning: " + std::to_string (places) + of + " points have no place on the other side");
-    if (heights != 0)
-      Say ("warning: " + std::to_string (heights) + of +
-           " points have no height on the other side");
-    if (outside != 0)
-      Say ("warning: " + std::to_string (outside) + of +
-           " points lie outside the geoid; their elevations are heights above the ellipsoid");
+bool UsesGridFile (const coordsys_Parts& parts) {
+  return parts.Datum.DatumType == COORDSYS_GridDatum ||
+         parts.Projection.ProjectionType == COORDSYS_ProjectionGrid ||
+         parts.Projection.ProjectionType == COORDSYS_UnitedKingdomNationalGrid ||
+         !parts.Projection.ShiftGridFile.IsEmpty ();
+}
+
+Zone ZoneOf (const coordsys_Parts& parts) {
+  constexpr double degree = CONSTANT_Pi / 180.0;
+  const coordsys_Projection& projection = parts.Projection;
+  switch (projection.ProjectionType) {
+    case COORDSYS_NoProjection:
+    case COORDSYS_ScaleOnly:
+    case COORDSYS_PolarStereographic:
+    case COORDSYS_UPSNorth:
+    case COORDSYS_UPSSouth:
+    case COORDSYS_ProjectionGrid:
+    case COORDSYS_Mercator:
+      return {};
+    case COORDSYS_TransverseMercator:
+    case COORDSYS_UniversalTransverseMercator:
+    case COORDSYS_CassiniSoldner:
+      return {projection.OriginLocal.Longitude, true};
+    case COORDSYS_UnitedKingdomNationalGrid:
+      return {-2.0 * degree, true};
+    case COORDSYS_Denmark:
+      return {(projection.Area == COORDSYS_AreaBornholm ? 15.0 : 9.0) * degree, true};
+    case COORDSYS_RDStereographic:
+      return {5.4 * degree, false};
+    case COORDSYS_Krovak:
+      return {17.5 * degree, false};
+    case COORDSYS_NewZealandMapGrid:
+      return {173.0 * degree, false};
+    case COORDSYS_HungarianEOV:
+      return {19.05 * degree, false};
+    default:
+      return {projection.OriginLocal.Longitude, false};
   }
+}
+
+// What may be wrong with a point; more than one may.
+enum Suspicion : unsigned {
+  SUSPECT_NoPosition = 1,
+  SUSPECT_NoHeight = 2,
+  SUSPECT_OutsideGeoid = 4,
+  SUSPECT_FarFromMeridian = 8,
+  SUSPECT_Exchanged = 16,
+  SUSPECT_OutsideGrid = 32,
+};
+constexpr struct {
+  Suspicion bit;
+  const char* mark;     // in the point's own line
+  const char* warning;  // behind "3 of 7 points"
+} suspicions[] = {
+    {SUSPECT_NoPosition, "no position on the other side", "have no position on the other side"},
+    {SUSPECT_OutsideGrid, "outside the grid file: no position on the other side",
+     "lie outside a grid file and have no position on the other side"},
+    {SUSPECT_NoHeight, "no height on the other side", "have no height on the other side"},
+    {SUSPECT_OutsideGeoid, "outside the geoid: the elevation is a height above the ellipsoid",
+     "lie outside the geoid; their elevations are heights above the ellipsoid"},
+    {SUSPECT_FarFromMeridian, "more than 10 degrees from the central meridian",
+     "lie more than 10 degrees from the central meridian"},
+    {SUSPECT_Exchanged, "are the two coordinates exchanged?",
+     "look as if their two coordinates were exchanged"},
+};
+
+std::string MarkOf (unsigned suspicion) {
+  std::string mark;
+  for (const auto& row : suspicions)
+    if ((suspicion & row.bit) != 0) mark += (mark.empty () ? "" : "; ") + std::string (row.mark);
+  return mark;
+}
+
+// What the conversion of all lines came to.
+class Outcome {
+ public:
+  void Count (unsigned suspicion) {
+    _points++;
+    for (std::size_t i = 0; i < std::size (suspicions); i++)
+      _suspect[i] += (suspicion & suspicions[i].bit) != 0;
+  }
+  // Reports a line that is not converted; after some only their number is told.
+  void AddFault (uint64_t line, const std::string& why) {
+    if (_faults++ < 20) Say ("line " + std::to_string (line) + ": " + why);
+  }
+  int Finish () const {
+    for (std::size_t i = 0; i < std::size (suspicions); i++)
+      if (_suspect[i] != 0)
+        Say ("warning: " + std::to_string (_suspect[i]) + " of " + std::to_string (_points) +
+             " points " + suspicions[i].warning);
+    if (_faults != 0)
+      Say ("error: " + std::to_string (_faults) + (_faults == 1 ? " line was" : " lines were") +
+           " not converted");
+    return _faults == 0 ? STATUS_Clean : STATUS_Input;
+  }
+
+ private:
+  uint64_t _points = 0, _faults = 0;
+  std::array<uint64_t, std::size (suspicions)> _suspect{};
 };
 
 // One line without its end; false at the end of the input. A line longer than any point is cut.
@@ -141,122 +230,116 @@ bool ReadLine (std::string& line) {
   return true;
 }
 
-[[noreturn]] void RefuseLine (uint64_t number, const std::string& why) {
-  throw Refusal{STATUS_Input, "line " + std::to_string (number) + ": " + why};
-}
+// A conversion in one direction, with what it takes to tell a suspect point.
+class Conversion {
+ public:
+  Conversion (const Transform& transform, const Sides& sides, bool inverse, bool hasGeoid,
+              const coordsys_Parts& parts)
+      : FromGeodetic (!inverse || !sides.needsProjection),
+        ToGeodetic (inverse || !sides.needsProjection),
+        _transform (transform),
+        _sides (sides),
+        _inverse (inverse),
+        _asksGeoid (hasGeoid && sides.needsProjection && !inverse),
+        _usesGridFile (UsesGridFile (parts)),
+        _zone (sides.needsProjection ? ZoneOf (parts) : Zone ()) {}
 
-// What of a wrong word can be shown.
-std::string Shown (std::string_view word) {
-  std::string shown (word.substr (0, 40));
-  for (char& c : shown)
-    if (static_cast<unsigned char> (c) < ' ') c = '?';
-  return "\"" + shown + "\"";
-}
-
-// Two or three numbers with blanks, tabs, a comma or a semicolon between them; "-" stands for none.
-Point PointFrom (std::string_view line, uint64_t number) {
-  constexpr std::string_view blanks = " \t";
-  if (line.size () > longestLine) RefuseLine (number, "too long for a point");
-  Point point = {MATHS_Null, MATHS_Null, MATHS_Null};
-  std::size_t count = 0;
-  const auto skipBlanks = [&] {
-    line.remove_prefix (std::min (line.find_first_not_of (blanks), line.size ()));
-  };
-  for (skipBlanks (); !line.empty (); skipBlanks ()) {
-    const std::string_view word = line.substr (0, line.find_first_of (" \t,;"));
-    if (count == point.size ())
-      RefuseLine (number, "more than three numbers, from " + Shown (line) + " on");
-    if (word != "-" && !NumberFrom (word, point[count]))
-      RefuseLine (number, Shown (word) + " is no number");
-    count++;
-    line.remove_prefix (word.size ());
-    skipBlanks ();
-    if (line.starts_with (',') || line.starts_with (';')) line.remove_prefix (1);
+  Point Convert (const Point& point) const {
+    return _inverse ? _sides.inverse (_transform, point) : _sides.forward (_transform, point);
   }
-  if (count < 2) RefuseLine (number, "a point has two or three numbers");
-  return point;
-}
 
-void ToRadians (Point& point, uint64_t number) {
-  if (!maths_IsNull (point[0]) && std::abs (point[0]) > 90.0)
-    RefuseLine (number, "a latitude lies within 90 degrees");
-  if (!maths_IsNull (point[1]) && std::abs (point[1]) > 360.0)
-    RefuseLine (number, "a longitude lies within 360 degrees");
-  point[0] = maths_Multiply (point[0], radians);
-  point[1] = coord_NormalisePlusMinusPi (maths_Multiply (point[1], radians));
-}
-
-void Append (std::string& text, double value, int decimals) {
-  if (maths_IsNull (value)) {
-    text += '-';
-    return;
+  unsigned SuspicionOf (const Point& point, const Point& result) const {
+    unsigned suspicion = 0;
+    if (maths_IsNull (result[0]))
+      suspicion |= _usesGridFile ? SUSPECT_OutsideGrid : SUSPECT_NoPosition;
+    else if (maths_IsNull (result[2]))
+      suspicion |= maths_IsNull (point[2]) ? 0u : SUSPECT_NoHeight;
+    else if (_asksGeoid && IsOutsideGeoid (_transform, point, _sides.fromWGS84))
+      suspicion |= SUSPECT_OutsideGeoid;
+    const bool isMissing =
+        maths_IsNull (point[0]) || maths_IsNull (point[1]) || (_inverse && maths_IsNull (point[2]));
+    if (maths_IsNull (_zone.meridian) || isMissing) return suspicion;
+    const double away = Away (point, result);
+    if (_zone.isTransverse && !maths_IsNull (away) && away > 10.0)
+      suspicion |= SUSPECT_FarFromMeridian;
+    // Exchanged they must lie nearer the meridian than a point that is right would without need.
+    if (away <= (_zone.isTransverse ? 6.0 : 10.0)) return suspicion;
+    const Point exchanged = {point[1], point[0], point[2]};
+    if (FromGeodetic && std::abs (exchanged[0]) > CONSTANT_PiOverTwo) return suspicion;
+    if (Away (exchanged, Convert (exchanged)) <= (_zone.isTransverse ? 4.0 : 10.0))
+      suspicion |= SUSPECT_Exchanged;
+    return suspicion;
   }
-  char digits[400];
-  const auto end =
-      std::to_chars (digits, digits + sizeof digits, value, std::chars_format::fixed, decimals).ptr;
-  std::string_view shown (digits, static_cast<std::size_t> (end - digits));
-  if (shown.find_first_not_of ("-0.") == std::string_view::npos && shown.starts_with ('-'))
-    shown.remove_prefix (1);
-  text += shown;
-}
 
-// A tenth of a millimetre, and less of an angle.
-void Append (std::string& text, Point point, bool isGeodetic) {
-  if (isGeodetic) {
-    point[0] = maths_Divide (point[0], radians);
-    point[1] = maths_Divide (point[1], radians);
+  const bool FromGeodetic, ToGeodetic;
+
+ private:
+  // Degrees between a point and the central meridian; null without a position.
+  double Away (const Point& point, const Point& result) const {
+    const double longitude = _inverse ? result[1] : point[1];
+    if (maths_IsNull (longitude) || maths_IsNull (result[0])) return MATHS_Null;
+    return std::abs (std::remainder (longitude - _zone.meridian, CONSTANT_TwoPi)) * 180.0 /
+           CONSTANT_Pi;
   }
-  Append (text, point[0], isGeodetic ? 11 : 4);
-  text += ' ';
-  Append (text, point[1], isGeodetic ? 11 : 4);
-  text += ' ';
-  Append (text, point[2], 4);
-  text += '\n';
-}
 
-void ConvertInput (const Transform& transform, const Sides& sides, bool inverse, bool hasGeoid) {
-  const bool fromGeodetic = !inverse || !sides.needsProjection;
-  const bool toGeodetic = inverse || !sides.needsProjection;
+  const Transform& _transform;
+  const Sides& _sides;
+  const bool _inverse, _asksGeoid, _usesGridFile;
+  const Zone _zone;
+};
+
+int ConvertInput (const Conversion& conversion, const TransformOptions& options) {
+  PointLines lines (options.columns, conversion.FromGeodetic, conversion.ToGeodetic,
+                    options.seconds);
+  if (options.seconds && !conversion.ToGeodetic)
+    throw Refusal{STATUS_Usage, "--dms: the output is north and east, not degrees"};
   const bool isTyped = ::isatty (STDIN_FILENO) != 0;
-  const bool asksGeoid = hasGeoid && sides.needsProjection && !inverse;
-  Losses losses;
+  Outcome outcome;
   std::string line, out;
-  try {
-    for (uint64_t number = 1; ReadLine (line); number++) {
-      if (number == 1 && line.starts_with (byteOrderMark)) line.erase (0, byteOrderMark.size ());
-      const std::size_t start = line.find_first_not_of (" \t");
-      if (start == std::string::npos || line[start] == '#') {
-        out += line + "\n";
-      } else {
-        Point point = PointFrom (line, number);
-        if (fromGeodetic) ToRadians (point, number);
-        const Point result =
-            inverse ? sides.inverse (transform, point) : sides.forward (transform, point);
-        losses.points++;
-        if (maths_IsNull (result[0]))
-          losses.places++;
-        else if (maths_IsNull (result[2]))
-          losses.heights += !maths_IsNull (point[2]);
-        else if (asksGeoid)
-          losses.outside += IsOutsideGeoid (transform, point, sides.fromWGS84);
-        Append (out, result, toGeodetic);
+  for (uint64_t number = 1; ReadLine (line); number++) {
+    if (number == 1 && line.starts_with (byteOrderMark)) line.erase (0, byteOrderMark.size ());
+    const std::size_t start = line.find_first_not_of (" \t");
+    if (start == std::string::npos || line[start] == '#') {
+      out += line + "\n";
+    } else if (number == 1 && lines.IsHead (line)) {
+      lines.WriteHead (out, line);
+    } else {
+      try {
+        const Point point = lines.Read (line);
+        const Point result = conversion.Convert (point);
+        const unsigned suspicion = conversion.SuspicionOf (point, result);
+        const std::string mark = MarkOf (suspicion);
+        if (options.strict && suspicion != 0) throw LineFault{mark};
+        outcome.Count (suspicion);
+        lines.Write (out, result, mark);
+      } catch (const LineFault& fault) {
+        outcome.AddFault (number, fault.why);
+        out += "# line " + std::to_string (number) + ": " + fault.why + "\n";
       }
-      if (out.size () < 65536 && !isTyped) continue;
-      Print (out);
-      out.clear ();
-      if (isTyped) FinishPrinting ();
     }
-  } catch (const Refusal&) {
+    if (out.size () < 65536 && !isTyped) continue;
     Print (out);
-    FinishPrinting ();
-    throw;
+    out.clear ();
+    if (isTyped) FinishPrinting ();
   }
   Print (out);
   if (std::ferror (stdin)) throw Refusal{STATUS_Input, "standard input cannot be read"};
-  losses.Tell ();
+  return outcome.Finish ();
+}
+
+int PrintList () {
+  std::string text = SystemList () + "\nDirections (--sides), each also with --inverse:\n";
+  for (const Sides& sides : allSides) {
+    std::string name = sides.name;
+    name.resize (20, ' ');
+    text += "  " + name + sides.meaning + "\n";
+  }
+  Print (text);
+  return STATUS_Clean;
 }
 
 int RunTransform (const TransformOptions& options, Ear& ear) {
+  if (options.list) return PrintList ();
   const Sides* sides = nullptr;
   for (const Sides& known : allSides)
     if (options.sides == known.name) sides = &known;
@@ -299,8 +382,10 @@ int RunTransform (const TransformOptions& options, Ear& ear) {
   const bool hasGeoid =
       error != COORDSYS_FileMissingTolerated && (parts.Height.HeightType == COORDSYS_GeoidModel ||
                                                  parts.Height.HeightType == COORDSYS_GeoidAndPlane);
-  ConvertInput (*transform, *sides, options.inverse, hasGeoid);
+  const int converted =
+      ConvertInput (Conversion (*transform, *sides, options.inverse, hasGeoid, parts), options);
   if (job && job->status == JOBOPEN_Corrupt) Say ("error: " + job->path + ": " + job->Meaning ());
+  if (converted != STATUS_Clean) return converted;
   return job ? job->ExitStatus () : STATUS_Clean;
 }
 
@@ -324,22 +409,49 @@ void AddTransform (CLI::App& app, Session& session) {
   command->add_option ("--sides", options->sides, "The two sides")
       ->check (CLI::IsMember (names))
       ->capture_default_str ();
+  command
+      ->add_option ("--columns", options->columns,
+                    "What a line has: lat, lon, h or north, east, elev and other names, which pass "
+                    "through")
+      ->type_name ("NAME,...");
+  command->add_flag ("--dms", options->seconds, "Print angles in degrees, minutes and seconds");
+  command->add_flag ("--strict", options->strict, "Refuse points that would be marked");
+  command->add_flag ("--list", options->list,
+                     "Show projections with their parameters, ellipsoids and directions, and end");
   options->system.AddTo (*command);
   command->footer (
-      "Standard input has a point a line: latitude, longitude (degrees, north and east positive)\n"
-      "and height (metres above the ellipsoid), or with --inverse north, east and elevation.\n"
-      "Blanks, a comma or a semicolon stand between them, \"-\" or nothing for no height. Empty\n"
-      "lines and those that begin with # pass through. A point without a place on the other side\n"
-      "becomes \"- - -\"; without a height there is no way back to WGS84. Several numbers of an\n"
-      "option stand with commas and no blanks.\n"
-      "Sides: wgs84-grid is the whole way, uncalibrated is WGS84 behind the datum alone, local is\n"
-      "the geodetic point that projects to the grid without the plane of a calibration.\n"
-      "Exit status: 0 done, 64 wrong options, 65 a line that is no point or a job without a\n"
-      "usable coordinate system, 1 not to be opened as a job, 2 the job is damaged.\n"
+      "Standard input has a point a line: latitude, longitude and height (metres above the\n"
+      "ellipsoid), or with --inverse north, east and elevation. Latitudes are positive to the "
+      "north,\n"
+      "longitudes to the east. Angles are degrees, as 48.1, 48d06'00\", 48:06:00 or "
+      "48\u00b006'00\"N.\n"
+      "Numbers are separated by blanks, a comma or a semicolon, \"-\" or nothing is no height.\n"
+      "With --columns name,lat,lon,h,code the columns are separated by commas, or semicolons, or\n"
+      "tabs, or blanks, and all but the coordinates pass through. Empty lines and those that "
+      "begin\n"
+      "with # pass through.\n"
+      "A line that is no point is reported, and the others are converted. A point that looks "
+      "wrong\n"
+      "is converted and marked behind # in its line: outside a geoid or grid, more than 10 "
+      "degrees\n"
+      "from the central meridian, or with its two coordinates exchanged; --strict refuses it. A\n"
+      "point without a position on the other side becomes \"- - -\"; without a height there is no\n"
+      "way back to WGS84. Several numbers of an option have commas and no blanks between them.\n"
+      "Datum: --datum takes the parameters as a job stores them, from WGS84 to the local datum, "
+      "with\n"
+      "rotations of the axes (coordinate frame); its three numbers are used by the formulas of\n"
+      "Molodensky. --towgs84 takes them as they are published, from the local datum to WGS84, "
+      "with\n"
+      "position vector rotations; its three numbers are a geocentric translation.\n"
+      "Exit status: 0 done, 64 wrong options, 65 a line that is no point (or a point that "
+      "--strict\n"
+      "refuses) or a job without a usable coordinate system, 1 not to be opened as a job, 2 the "
+      "job\n"
+      "is damaged.\n"
       "Example: clxml transform --utm 33 <points.txt\n"
       "         echo 5327000 4470000 512 | clxml transform --inverse --ellipsoid Bessel \\\n"
       "           --projection TransverseMercator --origin 0,12 --false 0,4500000 \\\n"
-      "           --datum -598.1,-73.7,-418.2,0.202,0.045,-2.455,-6.7");
+      "           --towgs84 598.1,73.7,418.2,0.202,0.045,-2.455,6.7");
   command->callback ([&session, options] {
     session.run = [&session, options] { return RunTransform (*options, session.ear); };
   });

@@ -69,36 +69,107 @@ END
 7500590.1029 571947.9716 5.0000"
   # No height, no way to WGS84; but to the local side.
   sent '7500590.1029 571947.9716\n' --utm 33S -i
-  is "$out" "- - -"
-  holds "$err" "1 of 1 points have no place"
+  is "$out" "- - - # no position on the other side"
+  holds "$err" "1 of 1 points have no position"
   sent '7500590.1029 571947.9716\n' --utm 33S -i --sides local-grid
   holds "$out" "-22.6"
   sent '48.1 11.5 560\n' --datum 1,2,3 --sides wgs84-uncalibrated
   near "$out" 48.1000087893 11.5000236346 563.1537
 }
 
-@test "a line that is no point is named, and what stood before it is printed" {
+@test "a line that is no point is named, and the others are converted" {
   while IFS='|' read -r text why; do
     sent "-22.6 15.7 5\n# c\n$text\n-22.6 15.7 5\n" --utm 33S
     says 65
-    is "$out" "7500590.1029 571947.9716 5.0000
-# c"
+    is "$(sed 3d out.txt)" "7500590.1029 571947.9716 5.0000
+# c
+7500590.1029 571947.9716 5.0000"
+    holds "$(sed -n 3p out.txt)" "# line 3: $why"
     holds "$err" "line 3: $why"
+    holds "$err" "1 line was not converted"
   done <<'END'
 12,5 x|"x" is no number
-1..2 3|"1..2" is no number
-nan 3|"nan" is no number
-1e308 3|"1e308" is no number
-1e999 3|"1e999" is no number
+1..2 3|"1..2" is no angle
+nan 3|"nan" is no angle
+1e308 3|"1e308" is no angle
+1e999 3|"1e999" is no angle
+48:60:00 3|"48:60:00" is no angle
+48.5d06' 3|"48.5d06'" is no angle
+-48:06S 3|"-48:06S" is no angle
+48E 3|"48E" is no angle
 12|a point has two or three numbers
 1 2 3 P1|more than three numbers, from "P1" on
-1,,3|"" is no number
+1,,3|"" is no angle
 91 3|a latitude lies within 90 degrees
 3 361|a longitude lies within 360 degrees
 END
   sent "$(printf '1%.0s' {1..5000}) 2\n" --utm 33S
   says 65
   holds "$err" "line 1: too long"
+}
+
+@test "angles in degrees, minutes and seconds" {
+  sent '48:06:00 11d30 560\n48°06'"'"'00"N 11.5E 560\nN48d6 011:30:00.000 560\n' "${GERMAN[@]}"
+  says 0
+  is "$(cut -d' ' -f1,2 out.txt | sort -u)" "$(sent '48.1 11.5 560\n' "${GERMAN[@]}"; cut -d' ' -f1,2 out.txt)"
+  sent '5329225.3851 4462867.2777 507.9097\n' -i --dms "${GERMAN[@]}"
+  is "$out" "48°06'00.00000\"N 11°30'00.00000\"E 560.0000"
+  sent '7500590.1029 -32000 0\n' -i --dms --utm 33S --sides local-grid
+  holds "$out" "\"S 9°"
+  sent "48.0999999999999 -0.0000000000001 1\n" --dms --sides wgs84-uncalibrated --datum 0,0,0
+  is "${out% *}" "48°06'00.00000\"N 0°00'00.00000\"E"
+}
+
+@test "columns by their names" {
+  sent 'name,lat,lon,h,code\nP1,-22.6,15.7,5,TREE\n"a,b", 22d36S ,15.7,,X,more\nP3,-22.6\nP4,-22.6,15.7,6,\n' \
+    --utm 33S --columns name,lat,lon,h,code
+  says 65
+  is "$out" 'name,north,east,elev,code
+P1,7500590.1029,571947.9716,5.0000,TREE
+"a,b",7500590.1029,571947.9716,-,X,more
+# line 4: has 2 columns; "lon" is column 3
+P4,7500590.1029,571947.9716,6.0000,'
+  sent 'P1 571947.9716  7500590.1029\n' -i --sides local-grid --utm 33S --columns name,e,n
+  says 0
+  near "${out#P1 }" 15.7 -22.6
+}
+
+# The same parameters by cct with +convention=position_vector +exact.
+@test "published datum parameters as they are" {
+  local bessel=(--ellipsoid Bessel --projection TransverseMercator --origin 0,12 --false 0,4500000)
+  sent '48.1 11.5 560\n' "${bessel[@]}" --towgs84 598.1,73.7,418.2,0.202,0.045,-2.455,6.7
+  near "$out" 5329225.3845 4462867.2698 507.9144
+  sent '48.1 11.5 560\n' "${bessel[@]}" --towgs84 598.1,73.7,418.2
+  near "$out" 5329225.4844 4462811.7447 550.5669
+}
+
+@test "what looks wrong is marked, and refused if that is asked for" {
+  while IFS='|' read -r point mark options; do
+    sent "$point\n" $options
+    says 0
+    holds "$out" " # "
+    holds "$out" "$mark"
+    holds "$err" "1 of 1 points"
+    sent "$point\n" --strict $options
+    says 65
+    holds "$err" "line 1: "
+    holds "$err" "$mark"
+    holds "$out" "# line 1: "
+  done <<'END'
+-22.6 25.2 5|more than 10 degrees from the central meridian|--utm 33S
+15.7 -22.6 5|more than 10 degrees from the central meridian; are the two coordinates exchanged?|--utm 33S
+571947.9716 7500590.1029 5|are the two|-i --sides local-grid --utm 33S
+4462867.2777 5329225.3851 5|are the two|-i --sides local-grid --projection TransverseMercator --origin 0,12 --false 0,4500000
+2.35 48.86 5|are the two|--projection Lambert2Parallel --origin 46.5,3 --parallels 49,44
+END
+  sent '-22.6 20.9 5\n-22.6 15.7 5\n' --utm 33S --strict
+  says 0
+  clxml transform --list
+  says 0
+  holds "$out" "Lambert2Parallel              --origin --false --parallels"
+  holds "$out" "30 mm at the border"
+  holds "$out" "Bessel            6377397.155 299.1528128"
+  holds "$out" "wgs84-uncalibrated"
 }
 
 @test "bad options are named" {
@@ -131,6 +202,10 @@ END
 --datum 1,2,3 --origin 1,2|--origin: belongs to a --projection
 --utm 3 --project 1,2|--project: belongs
 --utm 3 --datum 1,2,3 --datum-grid in.txt|--datum: is a datum
+--utm 3 --datum 1,2,3 --towgs84 1,2,3|--towgs84: is a datum
+--utm 3 --columns name,lat|lat and lon are both needed
+--utm 3 --columns lat,lon,latitude|"latitude" comes twice
+--utm 3 --dms|--dms
 --utm 3 --plane 0,0,0,0,0,0|above 0
 --utm 3 --ground calculated|--project
 --projection Mercator --origin 91,0|--origin: is no position
@@ -164,7 +239,7 @@ geoid () {
   for sides in wgs84-grid local-grid; do
     sent '22.6 15.7 100\n-22.6 15.7\n' --utm 33 --sides $sides --geoid 'deep/my geoid.bin'
     says 0
-    near "$(head -1 out.txt)" 2499409.8971 571947.9716 100
+    near "$(head -1 out.txt | sed 's/ # outside the geoid: .*//')" 2499409.8971 571947.9716 100
     holds "$err" "1 of 2 points lie outside the geoid"
   done
 }
