@@ -1,6 +1,5 @@
-// The search class of a point.
-// Which classes pass as which, their words, and their numbers in older exchange files. Leans on
-// dbField.
+// The search class of a point: the order of the classes, their names, and their numbers in older
+// exchange files. Uses dbField.
 #include "Library/records/dbField.h"
 
 namespace clxml {
@@ -14,6 +13,13 @@ bool IsInRange (int32_t i) {
   return i >= db_PointClassification::MinValue && i <= db_PointClassification::MaxValue;
 }
 
+// The rank of a class in a search. A number outside the range ranks with None.
+int Level (int32_t value) {
+  // In the order of the classes from None on.
+  constexpr int levels[] = {0, 1, 4, 2, 3, 4, 4, 5, 6, 7};
+  return IsInRange (value) ? levels[value - db_PointClassification::MinValue] : 0;
+}
+
 // The flag that older files carry in the class.
 int WithFlag (int number, bool flag) { return flag ? number : number + 8; }
 
@@ -23,29 +29,9 @@ db_PointClassification::db_PointClassification (int32_t i) : value (i) {
   Assert (IsInRange (i), "i >= MinValue && i <= MaxValue");
 }
 
+// A filter outside the range is covered by no class.
 bool db_PointClassification::Covers (db_PointClassification filter) const noexcept {
-  switch (filter.value) {
-    case None:
-      return true;
-    case Check:
-      return value != None;
-    case BackSight:
-    case Normal:
-    case MTA:
-      return value == BackSight || (value >= Normal && value <= Control);
-    case Stakeout:
-      return value != Check;
-    case Construction:
-      return value != Check && value != Stakeout;
-    case Adjusted:
-      return value >= Adjusted && value <= Control;
-    case Averaged:
-      return value == Averaged || value == Control;
-    case Control:
-      return value == Control;
-    default:
-      return false;
-  }
+  return IsInRange (filter.value) && Level (value) >= Level (filter.value);
 }
 
 const char* db_PointClassification::ToText () const noexcept {

@@ -77,12 +77,15 @@ class db_PointClassification {
                                     const db_PointClassification& b) {
     return a.value == b.value;
   }
-  /// True when a point of this class passes a filter of class `filter`.
+  /// True if a point of this class is at least as good as one of class `filter`. The classes rise
+  /// in this order: None, Check, Stakeout, Construction, then BackSight, Normal and MTA alike,
+  /// Adjusted, Averaged, Control. A number outside the range covers None only and is covered by
+  /// nothing.
   bool Covers (db_PointClassification filter) const noexcept;
   /// The name of the class ("Normal"); empty for a number outside the range.
   const char* ToText () const noexcept;
-  /// Takes the class of that name and answers true; an empty text leaves the class and answers
-  /// true; any other leaves it and answers false.
+  /// Sets the class of that name and returns true. An empty text leaves the class unchanged and
+  /// returns true; any other text leaves it unchanged and returns false.
   bool FromText (std::string_view name) noexcept;
   /// The class of a number 0 to 15 of older exchange files, in which N and N + 8 are the same.
   static db_PointClassification FromLegacy (int number) noexcept;

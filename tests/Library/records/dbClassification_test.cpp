@@ -1,5 +1,4 @@
-// Classes of points: words, older numbers and filters.
-// Leans on GoogleTest and dbField.
+// Classes of points: their order, names and older numbers.
 #include <string>
 #include <vector>
 
@@ -14,14 +13,14 @@ using Class = db_PointClassification;
 struct Row {
   Class::Class value;
   const char* name;
-  const char* covers;  // for each filter from None on: may a point of this class pass it?
+  const char* covers;  // for each filter from None on: does this class cover it?
   int legacy;          // -1 where there is none
   int oldLegacy;
 };
 
 constexpr Row rows[] = {
     //                        NCBSCNMAAC
-    {Class::None, "None", "1001100000", -1, -1},
+    {Class::None, "None", "1000000000", -1, -1},
     {Class::Check, "Check", "1100000000", 0, 0},
     {Class::BackSight, "BackSight", "1111111000", 1, 1},
     {Class::Stakeout, "Stakeout", "1101000000", 2, 2},
@@ -33,7 +32,7 @@ constexpr Row rows[] = {
     {Class::Control, "Control", "1111111111", 7, 7},
 };
 
-TEST (PointClassification, PassesTheFiltersOfItsRow) {
+TEST (PointClassification, CoversClassesOfItsLevelAndBelow) {
   for (const Row& row : rows) {
     std::string covers;
     for (const Row& filter : rows) covers += Class (row.value).Covers (filter.value) ? '1' : '0';
@@ -41,7 +40,7 @@ TEST (PointClassification, PassesTheFiltersOfItsRow) {
   }
 }
 
-TEST (PointClassification, HasAWord) {
+TEST (PointClassification, HasName) {
   for (const Row& row : rows) {
     EXPECT_STREQ (Class (row.value).ToText (), row.name);
     Class read (Class::MTA);
@@ -55,7 +54,7 @@ TEST (PointClassification, HasAWord) {
   EXPECT_EQ (untouched, Class (Class::Averaged));
 }
 
-TEST (PointClassification, HasOlderNumbers) {
+TEST (PointClassification, ConvertsToOlderNumbers) {
   Hearing hearing;
   for (const Row& row : rows) {
     if (row.legacy < 0) continue;
@@ -76,13 +75,14 @@ TEST (PointClassification, HasOlderNumbers) {
              (std::vector<std::string>{"this->value != None", "this->value != None"}));
 }
 
-TEST (PointClassification, KeepsANumberOutsideItsRange) {
+TEST (PointClassification, KeepsNumberOutsideRange) {
   Hearing hearing;
   for (const int32_t number : {-2, 9, 4711}) {
     const Class value (number);
     EXPECT_EQ (value.value, number);
     EXPECT_STREQ (value.ToText (), "");
     EXPECT_TRUE (value.Covers (Class::None));
+    EXPECT_FALSE (value.Covers (Class::Stakeout));
     EXPECT_FALSE (Class (Class::Control).Covers (value));
   }
   EXPECT_EQ (hearing.TakeAssertions (),
