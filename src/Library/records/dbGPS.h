@@ -85,6 +85,14 @@ class db_Antenna final : public RecordOf<db_Antenna, DATABASE_AntennaRecord> {
 /// The settings of a satellite survey, of its rover or its base.
 class db_Survey : public dbRecord_Class {
  public:
+  /// The record as a survey of a rover or a base, or null if it is null or of another type.
+  static db_Survey* From (dbRecord_Class* record) {
+    return IsOne (record) ? static_cast<db_Survey*> (record) : nullptr;
+  }
+  static const db_Survey* From (const dbRecord_Class* record) {
+    return IsOne (record) ? static_cast<const db_Survey*> (record) : nullptr;
+  }
+
   dbgps_SurveyType SurveyType = DBGPS_RTK;
   dbgps_LoggingDevice LoggingDevice = DBGPS_HandHeld;
   dbgps_RTCMAgeLimit RTCMAgeLimit = DBGPS_Age10;
@@ -121,6 +129,12 @@ class db_Survey : public dbRecord_Class {
   /// Of the rover; otherwise of the base.
   virtual bool IsRover () const = 0;
   void Fields (FieldVisitor& v) final;
+
+ private:
+  static bool IsOne (const dbRecord_Class* record) {
+    return record && (record->GetType () == DATABASE_RoverSurveyRecord ||
+                      record->GetType () == DATABASE_BaseSurveyRecord);
+  }
 };
 
 /// The survey of a rover.
@@ -195,6 +209,14 @@ class db_TSReading final : public RecordOf<db_TSReading, DATABASE_TSReadingRecor
 /// The radio of a satellite survey, of its rover or its base.
 class db_Radio : public dbRecord_Class {
  public:
+  /// The record as a radio of a rover or a base, or null if it is null or of another type.
+  static db_Radio* From (dbRecord_Class* record) {
+    return IsOne (record) ? static_cast<db_Radio*> (record) : nullptr;
+  }
+  static const db_Radio* From (const dbRecord_Class* record) {
+    return IsOne (record) ? static_cast<const db_Radio*> (record) : nullptr;
+  }
+
   dbgps_RadioType RadioType = DBGPS_CellularModem;
   dbgps_eRadioSubtype Subtype = DBGPS_UHF;
   rs232_Ports ControllerPort = RS232_COM1;
@@ -226,6 +248,12 @@ class db_Radio : public dbRecord_Class {
   /// Of the rover; otherwise of the base.
   virtual bool IsRover () const = 0;
   void Fields (FieldVisitor& v) final;
+
+ private:
+  static bool IsOne (const dbRecord_Class* record) {
+    return record && (record->GetType () == DATABASE_RoverRadioRecord ||
+                      record->GetType () == DATABASE_BaseRadioRecord);
+  }
 };
 
 /// The radio of a rover.

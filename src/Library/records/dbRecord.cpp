@@ -1,6 +1,5 @@
-// What all records of a job have in common.
-// The head of the stored form, and the operations that are the same for every class. Leans on
-// dbVisitors; what is special to a class stands with its family.
+// The part that all records of a job have in common: the head of the stored form, and the
+// operations that are the same for every class. Uses dbVisitors.
 #include "Library/records/dbRecord.h"
 
 #include <array>
@@ -86,13 +85,17 @@ bool dbRecord_Class::Load (const Buffer& buffer, int& byteOffset) {
   return reader.IsGood ();
 }
 
-bool dbRecord_Class::LoadFrom (BodyReader& in) {
+void dbRecord_Class::LoadType (BodyReader& in) const {
   uint16_t type = 0;
   in.Number (type);
   if (in.IsGood () &&
       !Assert (GetType () == type,
                "this->GetType() == (database_RecordType) buffer.GetUInt16 (byteOffset)"))
     in.Fail ();
+}
+
+bool dbRecord_Class::LoadFrom (BodyReader& in) {
+  LoadType (in);
   return LoadRest (in);
 }
 
@@ -158,11 +161,23 @@ void dbRecordWithFeatures_Class::Save (OutBuffer& buffer) const {
   Look (save);
 }
 
-bool dbRecordWithFeatures_Class::LoadRest (BodyReader& in) {
+bool dbRecordWithFeatures_Class::LoadHead (const Buffer& buffer, int& byteOffset) {
+  BodyReader reader (buffer, byteOffset);
+  LoadType (reader);
+  LoadHeadRest (reader);
+  byteOffset = reader.Offset ();
+  return reader.IsGood ();
+}
+
+void dbRecordWithFeatures_Class::LoadHeadRest (BodyReader& in) {
   LoadRecordHead (*this, in);
   Features.Load (in);
   in.Text (Description1);
   in.Text (Description2);
+}
+
+bool dbRecordWithFeatures_Class::LoadRest (BodyReader& in) {
+  LoadHeadRest (in);
   LoadVisitor load (in);
   Fields (load);
   return in.IsGood ();

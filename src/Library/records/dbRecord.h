@@ -54,9 +54,9 @@ class dbRecord_Class {
   /// (asserted), ends too early or holds a count that its bytes cannot; nothing outside the
   /// buffer is touched and nothing is allocated by an unchecked number.
   bool Load (const Buffer& buffer, int& byteOffset);
-  /// The same where a reader stands, which is left behind the body.
+  /// The same from the position of a reader, which is moved to the end of the body.
   bool LoadFrom (BodyReader& in);
-  /// Reads what stands behind the type.
+  /// Reads the body after its type.
   virtual bool LoadRest (BodyReader& in);
   /// Takes a deleted mark; asserts for a record that has none.
   virtual void ApplyBoolAction (const db_BoolAction& action);
@@ -80,6 +80,8 @@ class dbRecord_Class {
   void GetNoteLines (StrArray& lines) const;
 
  protected:
+  /// Reads the type; another type than GetType () is a fault and is asserted.
+  void LoadType (BodyReader& in) const;
   // Copying is for the classes themselves: through a base it would lose their fields.
   dbRecord_Class () = default;
   dbRecord_Class (const dbRecord_Class&) = default;
@@ -96,9 +98,12 @@ class dbRecordWithFeatures_Class : public dbRecord_Class {
   bool IsEqual (const dbRecord_Class& record) const override;
   void Save (OutBuffer& buffer) const override;
   bool LoadRest (BodyReader& in) override;
-  /// Appends what stands in front of the fields: the head of all records, then feature codes and
-  /// descriptions.
+  /// Appends the part of the body before the fields: the head of all records, then feature codes
+  /// and descriptions.
   virtual void SaveHead (OutBuffer& buffer) const;
+  /// Reads that part at byteOffset, which then is the offset of the first field. Returns false, and
+  /// asserts, in the cases of Load.
+  virtual bool LoadHead (const Buffer& buffer, int& byteOffset);
   /// Takes every property but RecordId, in place, the time stamp included. Asserts
   /// "Source.GetType () == Dest.GetType()" and does nothing for another type.
   virtual void CopyFrom (const dbRecord_Class& other);
@@ -111,11 +116,22 @@ class dbRecordWithFeatures_Class : public dbRecord_Class {
     Features.MergeFrom (text, splitNumbers);
   }
   void ClearFeatures () { Features = FeatureArray (); }
+
+ private:
+  void LoadHeadRest (BodyReader& in);
 };
 
-/// Position data that hangs off an observation.
+/// Position data that belongs to an observation.
 class db_Measurement : public dbRecord_Class {
  public:
+  /// The record as a measurement, or null if it is null or not a measurement.
+  static db_Measurement* From (dbRecord_Class* record) {
+    return record && record->IsMeasurement () ? static_cast<db_Measurement*> (record) : nullptr;
+  }
+  static const db_Measurement* From (const dbRecord_Class* record) {
+    return record && record->IsMeasurement () ? static_cast<const db_Measurement*> (record)
+                                              : nullptr;
+  }
   bool IsMeasurement () const final { return true; }
   /// The form of its position.
   virtual coord_Type GetCoordType () const = 0;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Library/records/dbGPS.h"
 #include "Library/records/dbMeasurements.h"
 #include "Library/records/dbPoints.h"
 #include "Library/records/record_support.h"
@@ -48,6 +49,49 @@ TEST (Record, DowncastIsNullForNullAndForAnotherType) {
   EXPECT_EQ (db_Line::From (record), &line);
   EXPECT_EQ (db_Arc::From (record), nullptr);
   EXPECT_EQ (db_Line::From (static_cast<const dbRecord_Class*> (nullptr)), nullptr);
+}
+
+TEST (Record, DowncastToAbstractClassAcceptsItsClasses) {
+  const dbRecord_Class* null = nullptr;
+  EXPECT_EQ (db_Measurement::From (null), nullptr);
+  EXPECT_EQ (db_Survey::From (null), nullptr);
+  EXPECT_EQ (db_Radio::From (null), nullptr);
+  for (int type = 0; type < DATABASE_AllRecords; type++) {
+    const std::unique_ptr<dbRecord_Class> record = CreateRecord (type);
+    const std::string_view name = ClassName (type);
+    EXPECT_EQ (db_Measurement::From (record.get ()) != nullptr, record->IsMeasurement ()) << name;
+    EXPECT_EQ (db_Survey::From (record.get ()) != nullptr,
+               name == "db_RoverSurvey" || name == "db_BaseSurvey");
+    EXPECT_EQ (db_Radio::From (record.get ()) != nullptr,
+               name == "db_RoverRadio" || name == "db_BaseRadio");
+  }
+}
+
+TEST (Record, LoadsHeadThatSaveHeadWrote) {
+  db_Line line;
+  line.RecordId = {7};
+  line.Note = "n";
+  line.SetFeatures ("FENCE 1", false);
+  line.Description2 = "d";
+  OutBuffer head (ENDIAN_Little);
+  line.SaveHead (head);
+  const Bytes bytes (head.Data (), head.Data () + head.Length ());
+  db_Line read;
+  for (int length = 0; length <= head.Length (); length++) {
+    int offset = 0;
+    EXPECT_EQ (read.LoadHead (BufferOf (Bytes (bytes.begin (), bytes.begin () + length)), offset),
+               length == head.Length ());
+    EXPECT_LE (offset, length);
+  }
+  OutBuffer again (ENDIAN_Little);
+  read.SaveHead (again);
+  EXPECT_EQ (Bytes (again.Data (), again.Data () + again.Length ()), bytes);
+  Hearing hearing;
+  db_Arc arc;
+  int offset = 0;
+  EXPECT_FALSE (arc.LoadHead (BufferOf (bytes), offset));
+  EXPECT_EQ (hearing.TakeAssertions (),
+             Texts{"this->GetType() == (database_RecordType) buffer.GetUInt16 (byteOffset)"});
 }
 
 TEST (Record, WhatNeedsTheSameTypeRefusesAnother) {
