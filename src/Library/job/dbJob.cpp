@@ -76,8 +76,9 @@ bool JobDatabase::Create (const Str& path, const Str& jobName) {
   _Access = _OwnAccess.get ();
   _OpenStatus = _Access->GetOpenStatus ();
   AddRecord (_JobHeader);
-  Connect ();
-  return true;
+  if (Connect ()) return true;
+  file_Class (path).Delete ();
+  return false;
 }
 
 bool JobDatabase::Open (const Str& path, bool writable) {
@@ -102,16 +103,21 @@ bool JobDatabase::Open (const Str& path, bool writable) {
     return false;
   }
   LoadJobHeader (*_Access, _JobHeader);
-  Connect ();
-  return true;
+  return Connect ();
 }
 
-// The index is made and connected, and the job hears of its own commits.
-void JobDatabase::Connect () {
+// Makes and connects the index, and lets the job follow its own commits. False, with the job closed
+// again, if the index has no room.
+bool JobDatabase::Connect () {
   if (_IndexMaker) _OwnIndex = _IndexMaker ();
   _Index = _OwnIndex.get ();
-  if (_Index) _Index->Attach (*this);
+  if (_Index && !_Index->Attach (*this)) {
+    Close ();
+    _OpenStatus = JOBOPEN_CannotOpen;
+    return false;
+  }
   _Access->SetListener (_Listener.get ());
+  return true;
 }
 
 void JobDatabase::Forget () {

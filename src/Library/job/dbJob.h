@@ -22,8 +22,9 @@ class db_Target;
 class JobIndex {
  public:
   virtual ~JobIndex () = default;
-  /// The job was created or opened; the index borrows its dbAccess.
-  virtual void Attach (JobDatabase& job) = 0;
+  /// The job was created or opened; the index borrows its dbAccess. False if there is no room for
+  /// another index: the job is then closed again.
+  virtual bool Attach (JobDatabase& job) = 0;
   /// A group was committed.
   virtual void OnCommit (const dbTransaction& transaction) = 0;
   /// The job is closing: forget it and everything known of it.
@@ -180,7 +181,7 @@ class JobDatabase {
  private:
   class JobListener;
 
-  void Connect ();
+  bool Connect ();
   void Forget ();
   DBID Amend (DBID id, const dbRecord_Class& carrier);
   DBID AddIfNew (dbRecord_Class& record, const dbRecord_Class* inForce);

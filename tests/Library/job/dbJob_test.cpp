@@ -33,8 +33,9 @@ class Database : public JobTest {
 // An index that only listens.
 struct Listening final : JobIndex {
   explicit Listening (Texts& list) : heard (list) {}
-  void Attach (JobDatabase& job) override {
+  bool Attach (JobDatabase& job) override {
     heard.push_back ("attach " + std::to_string (job.Access ()->GetFirstRecordId ().value));
+    return true;
   }
   void OnCommit (const dbTransaction&) override { heard.emplace_back ("commit"); }
   void Clear () override { heard.emplace_back ("clear"); }
