@@ -9,30 +9,36 @@
 
 namespace clxml {
 
+namespace {
+
+// The sides found, copied; the default where there is none.
+SidedTemplatePlacement PlacementOf (const std::array<const SidePlacement*, 2>& found) {
+  SidedTemplatePlacement placement;
+  for (std::size_t side = 0; side < 2; side++)
+    if (found[side] != nullptr) placement.Sides[side] = *found[side];
+  return placement;
+}
+
+}  // namespace
+
 SidedTemplatePlacement TemplatePlacementArray::PreviousPlacement (double station) const {
-  SidedTemplatePlacement previous;
+  std::array<const SidePlacement*, 2> found = {nullptr, nullptr};
   for (int i = 0; i < Count () && approx (At (i)->Left ().Chainage, LE, station); i++)
-    for (const int side : {DBROAD_SideLeft, DBROAD_SideRight}) {
-      const SidePlacement& here = At (i)->Sides[static_cast<std::size_t> (side)];
-      if (here.Type != SidePlacement::Interpolate)
-        previous.Sides[static_cast<std::size_t> (side)] = here;
-    }
-  return previous;
+    for (std::size_t side = 0; side < 2; side++)
+      if (At (i)->Sides[side].Type != SidePlacement::Interpolate)
+        found[side] = &At (i)->Sides[side];
+  return PlacementOf (found);
 }
 
 SidedTemplatePlacement TemplatePlacementArray::NextPlacement (double station) const {
-  SidedTemplatePlacement next;
-  std::array<bool, 2> isSet = {false, false};
-  for (int i = 0; i < Count () && !(isSet[0] && isSet[1]); i++) {
+  std::array<const SidePlacement*, 2> found = {nullptr, nullptr};
+  for (int i = 0; i < Count () && !(found[0] && found[1]); i++) {
     if (approx (At (i)->Left ().Chainage, LE, station)) continue;
-    for (std::size_t side = 0; side < 2; side++) {
-      const SidePlacement& here = At (i)->Sides[side];
-      if (isSet[side] || here.Type == SidePlacement::Interpolate) continue;
-      next.Sides[side] = here;
-      isSet[side] = true;
-    }
+    for (std::size_t side = 0; side < 2; side++)
+      if (!found[side] && At (i)->Sides[side].Type != SidePlacement::Interpolate)
+        found[side] = &At (i)->Sides[side];
   }
-  return next;
+  return PlacementOf (found);
 }
 
 TemplatePlacementIndex::TemplatePlacementIndex (const TemplatePlacementArray& placements)
@@ -57,10 +63,10 @@ TemplatePlacementIndex::TemplatePlacementIndex (const TemplatePlacementArray& pl
 }
 
 SidedTemplatePlacement TemplatePlacementIndex::At (const BySide& found) const {
-  SidedTemplatePlacement placement;
+  std::array<const SidePlacement*, 2> sides = {nullptr, nullptr};
   for (std::size_t side = 0; side < 2; side++)
-    if (found[side] >= 0) placement.Sides[side] = _Placements.At (found[side])->Sides[side];
-  return placement;
+    if (found[side] >= 0) sides[side] = &_Placements.At (found[side])->Sides[side];
+  return PlacementOf (sides);
 }
 
 SidedTemplatePlacement TemplatePlacementIndex::PreviousPlacement (double station) const {
