@@ -1,5 +1,5 @@
 // A coordinate system from the command line: reading its options.
-// Numbers of one option stand behind each other with commas; angles are degrees. Leans on CLI11,
+// Numbers of one option are separated by commas; angles are degrees. Leans on CLI11,
 // dbEnum, folder and the operating system.
 #include "coordsystem.h"
 
@@ -40,7 +40,7 @@ std::vector<double> Numbers (const char* option, const std::string& text, std::s
   std::vector<double> numbers;
   for (const std::string& piece : Pieces (text)) {
     double number = 0.0;
-    if (!NumberFrom (piece, number)) Refuse (option, "\"" + piece + "\" is no number");
+    if (!NumberFrom (piece, number)) Refuse (option, "\"" + piece + "\" is not a number");
     numbers.push_back (number);
   }
   if (numbers.size () != count && numbers.size () != orCount)
@@ -120,7 +120,7 @@ void SetZone (const std::string& text, coordsys_Projection& projection) {
   }
   double zone = 0.0;
   if (!NumberFrom (number, zone) || zone < 1 || zone > 60 || zone != std::floor (zone))
-    Refuse ("--utm", "\"" + text + "\" is no zone from 1 to 60 with N or S behind it");
+    Refuse ("--utm", "\"" + text + "\" is not a zone from 1 to 60 with N or S after it");
   projection.ProjectionType = COORDSYS_UniversalTransverseMercator;
   projection.OriginLocal = coord_Local (0.0, (zone * 6.0 - 183.0) * radians, 0.0);
   projection.OriginGrid =
@@ -130,7 +130,7 @@ void SetZone (const std::string& text, coordsys_Projection& projection) {
 
 coord_Local PositionOf (const char* option, const std::string& text, double height) {
   const std::vector<double> n = Numbers (option, text, 2, 3);
-  if (std::abs (n[0]) > 90.0 || std::abs (n[1]) > 360.0) Refuse (option, "is no position");
+  if (std::abs (n[0]) > 90.0 || std::abs (n[1]) > 360.0) Refuse (option, "is not a position");
   return {n[0] * radians, coord_NormalisePlusMinusPi (n[1] * radians),
           n.size () == 3 ? n[2] : height};
 }
@@ -448,7 +448,7 @@ void SystemOptions::AddTo (CLI::App& command) {
   add ("--area", area, "NAME", "Of Denmark: Zeeland, Jutland or Bornholm");
   add ("--projection-grid", projectionGrid, "FILE", "The table of a ProjectionGrid (pjg)");
   add ("--uk-grids", ukGrids, "NORTH,EAST", "The files of UnitedKingdomNationalGrid (pgf)");
-  add ("--shift-grid", shiftGrid, "FILE", "Shifts behind the projection (sgf)");
+  add ("--shift-grid", shiftGrid, "FILE", "Shifts after the projection (sgf)");
   group = "Datum";
   add ("--ellipsoid", ellipsoid, "NAME|A,RF", "WGS84 if none is given");
   add (

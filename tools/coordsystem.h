@@ -49,7 +49,7 @@ class ProjectFolder {
 };
 
 /// The parts that the options stand for; their files are linked into the folder. Refuses with
-/// STATUS_Usage what is no number or word, naming the option.
+/// STATUS_Usage a value that is not a number or a known word, naming the option.
 coordsys_Parts PartsOf (const SystemOptions& options, ProjectFolder& folder);
 
 /// The projections with the options that each takes, the ellipsoids and the axes, as a text.

@@ -212,7 +212,7 @@ double PointLines::Number (std::size_t axis, std::string_view word) const {
   if (word == "-" || (_hasColumns && axis == 2 && word.empty ())) return number;
   const bool isAngle = _fromGeodetic && axis < 2;
   if (!(isAngle ? AngleFrom (word, axis == 0, number) : NumberFrom (word, number)))
-    throw LineFault{Shown (word) + (isAngle ? " is no angle" : " is no number")};
+    throw LineFault{Shown (word) + (isAngle ? " is not an angle" : " is not a number")};
   if (isAngle && axis == 0 && std::abs (number) > 90.0)
     throw LineFault{"a latitude lies within 90 degrees"};
   if (isAngle && axis == 1 && std::abs (number) > 360.0)

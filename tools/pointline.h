@@ -41,7 +41,7 @@ class PointLines {
   /// Reads a line, which Write needs unchanged. Throws LineFault.
   Point Read (std::string_view line);
   /// Writes the point in the columns of the line that was read last, the others as they were, and
-  /// the mark, if there is one, behind "# ".
+  /// the mark, if there is one, after "# ".
   void Write (std::string& out, const Point& point, std::string_view mark) const;
 
  private:
@@ -58,7 +58,7 @@ class PointLines {
   char _separator = ' ';
 };
 
-/// What of a wrong word can be shown.
+/// A wrong word as a message quotes it: its beginning, without control characters.
 std::string Shown (std::string_view word);
 
 }  // namespace clxml::tool

@@ -158,7 +158,7 @@ Zone ZoneOf (const coordsys_Parts& parts) {
   }
 }
 
-// What may be wrong with a point; more than one may.
+// Reasons to suspect a point; it may have several.
 enum Suspicion : unsigned {
   SUSPECT_NoPosition = 1,
   SUSPECT_NoHeight = 2,
@@ -170,7 +170,7 @@ enum Suspicion : unsigned {
 constexpr struct {
   Suspicion bit;
   const char* mark;     // in the point's own line
-  const char* warning;  // behind "3 of 7 points"
+  const char* warning;  // after "3 of 7 points"
 } suspicions[] = {
     {SUSPECT_NoPosition, "no position on the other side", "have no position on the other side"},
     {SUSPECT_OutsideGrid, "outside the grid file: no position on the other side",
@@ -191,7 +191,7 @@ std::string MarkOf (unsigned suspicion) {
   return mark;
 }
 
-// What the conversion of all lines came to.
+// Counts suspect points and lines that were not converted.
 class Outcome {
  public:
   void Count (unsigned suspicion) {
@@ -199,7 +199,7 @@ class Outcome {
     for (std::size_t i = 0; i < std::size (suspicions); i++)
       _suspect[i] += (suspicion & suspicions[i].bit) != 0;
   }
-  // Reports a line that is not converted; after some only their number is told.
+  // Reports a line that is not converted; after twenty only their number is reported.
   void AddFault (uint64_t line, const std::string& why) {
     if (_faults++ < 20) Say ("line " + std::to_string (line) + ": " + why);
   }
@@ -230,7 +230,7 @@ bool ReadLine (std::string& line) {
   return true;
 }
 
-// A conversion in one direction, with what it takes to tell a suspect point.
+// A conversion in one direction; recognises suspect points.
 class Conversion {
  public:
   Conversion (const Transform& transform, const Sides& sides, bool inverse, bool hasGeoid,
@@ -425,14 +425,14 @@ void AddTransform (CLI::App& app, Session& session) {
       "north,\n"
       "longitudes to the east. Angles are degrees, as 48.1, 48d06'00\", 48:06:00 or "
       "48\u00b006'00\"N.\n"
-      "Numbers are separated by blanks, a comma or a semicolon, \"-\" or nothing is no height.\n"
+      "Numbers are separated by blanks, a comma or a semicolon, \"-\" or nothing means no height.\n"
       "With --columns name,lat,lon,h,code the columns are separated by commas, or semicolons, or\n"
       "tabs, or blanks, and all but the coordinates pass through. Empty lines and those that "
       "begin\n"
       "with # pass through.\n"
-      "A line that is no point is reported, and the others are converted. A point that looks "
+      "A line that is not a point is reported, and the others are converted. A point that looks "
       "wrong\n"
-      "is converted and marked behind # in its line: outside a geoid or grid, more than 10 "
+      "is converted and marked after # in its line: outside a geoid or grid, more than 10 "
       "degrees\n"
       "from the central meridian, or with its two coordinates exchanged; --strict refuses it. A\n"
       "point without a position on the other side becomes \"- - -\"; without a height there is no\n"
@@ -443,7 +443,7 @@ void AddTransform (CLI::App& app, Session& session) {
       "Molodensky. --towgs84 takes them as they are published, from the local datum to WGS84, "
       "with\n"
       "position vector rotations; its three numbers are a geocentric translation.\n"
-      "Exit status: 0 done, 64 wrong options, 65 a line that is no point (or a point that "
+      "Exit status: 0 done, 64 wrong options, 65 a line that is not a point (or a point that "
       "--strict\n"
       "refuses) or a job without a usable coordinate system, 1 not to be opened as a job, 2 the "
       "job\n"

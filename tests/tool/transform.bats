@@ -77,7 +77,7 @@ END
   near "$out" 48.1000087893 11.5000236346 563.1537
 }
 
-@test "a line that is no point is named, and the others are converted" {
+@test "a line that is not a point is named, and the others are converted" {
   while IFS='|' read -r text why; do
     sent "-22.6 15.7 5\n# c\n$text\n-22.6 15.7 5\n" --utm 33S
     says 65
@@ -88,18 +88,18 @@ END
     holds "$err" "line 3: $why"
     holds "$err" "1 line was not converted"
   done <<'END'
-12,5 x|"x" is no number
-1..2 3|"1..2" is no angle
-nan 3|"nan" is no angle
-1e308 3|"1e308" is no angle
-1e999 3|"1e999" is no angle
-48:60:00 3|"48:60:00" is no angle
-48.5d06' 3|"48.5d06'" is no angle
--48:06S 3|"-48:06S" is no angle
-48E 3|"48E" is no angle
+12,5 x|"x" is not a number
+1..2 3|"1..2" is not an angle
+nan 3|"nan" is not an angle
+1e308 3|"1e308" is not an angle
+1e999 3|"1e999" is not an angle
+48:60:00 3|"48:60:00" is not an angle
+48.5d06' 3|"48.5d06'" is not an angle
+-48:06S 3|"-48:06S" is not an angle
+48E 3|"48E" is not an angle
 12|a point has two or three numbers
 1 2 3 P1|more than three numbers, from "P1" on
-1,,3|"" is no angle
+1,,3|"" is not an angle
 91 3|a latitude lies within 90 degrees
 3 361|a longitude lies within 360 degrees
 END
@@ -185,7 +185,7 @@ END
 --utm 61|--utm
 --utm 3 --projection Mercator|--utm
 --utm 3 --datum 1,2|takes 3 or 7 numbers, not 2
---utm 3 --datum 1,2,x|"x" is no number
+--utm 3 --datum 1,2,x|"x" is not a number
 --utm 3 --ellipsoid Round|Bessel
 --utm 3 --ellipsoid 6378137,0|inverse flattening
 --utm 3 --axes NN|--axes
@@ -208,7 +208,7 @@ END
 --utm 3 --dms|--dms
 --utm 3 --plane 0,0,0,0,0,0|above 0
 --utm 3 --ground calculated|--project
---projection Mercator --origin 91,0|--origin: is no position
+--projection Mercator --origin 91,0|--origin: is not a position
 --utm 3 --geoid nofile|nofile: no such file
 --utm 3 --geoid in.txt|the geoid file is missing or none
 --utm 3 --sides left|--sides

@@ -154,7 +154,6 @@ cogo_Result cogo_TangentArc (position& intersection, const Transform& transform,
 void cogo_IntersectionHeight (position& first, position& second, position& intersection,
                               const Transform& transform, coordsys_CogoSettings mask) {
   Assert (mask != 0, "!system.IsNull()");
-  // The mean of two elevations is one, whatever lies between grid and ellipsoid.
   const bool isOnGrid = !cogoframe_IsEllipsoid (transform, mask);
   const double mean = cogo_MeanHeight (first, second, transform, mask);
   const auto isFlat = [&] (position& end) {
