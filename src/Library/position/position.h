@@ -16,6 +16,8 @@ namespace clxml {
 
 class dbRecord_Class;
 class position_Job;
+struct environment;
+struct laser_Environment;
 
 /// The bits of position::Status and position::Attempted.
 enum position_Done : uint32_t {
@@ -124,6 +126,15 @@ class position {
                          const Transform* transform = nullptr);
   /// The mean's angles and distance are also its Circle, on face 1.
   void LoadFromMTA (const coord_MTA& mean, const Transform* transform = nullptr);
+  /// Computes Corrected and Unturned at once. Base and backsight are named by the back bearing of
+  /// the environment, unless it has a station setup, which is copied. Asserts
+  /// "environment->Station.StationName.EqualInsensitive (environment->BackBearing.Station)" where
+  /// the names are used.
+  void LoadFromCircle (const coord_Circle& circle, const environment& env, double backBearingCircle,
+                       const Transform* transform = nullptr);
+  /// Computes Polar at once.
+  void LoadFromLaserOffset (const coord_LaserOffset& laserOffset, const laser_Environment& env,
+                            const Transform* transform = nullptr);
   /// From a measurement record of the job, under its current transform: takes the locations and
   /// settings of the record and reads the names of base and backsight from the records that it
   /// refers to; one that is missing or of another type leaves them empty. False, with the position
@@ -200,7 +211,6 @@ class position {
   bool ForwardFromBase (position& base, const Transform& transform, position& target,
                         coord_Type wanted);
   bool ComputeGrid (const Transform& transform);
-  void AdjustToNeighbours (const Transform& transform);
   bool ComputeUncalibratedLocal (const Transform& transform);
   bool ComputeLocal (const Transform& transform);
   bool ComputeWGS84 (const Transform& transform);

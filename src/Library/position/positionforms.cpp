@@ -1,8 +1,10 @@
 // How each form of a position follows from the stored one.
 // One operation a form, each tried at most once under a transform; what a base or the geometry of a
 // job gives comes through positionjob.
+#include "Library/position/neighbourhood.h"
 #include "Library/position/position.h"
 #include "Library/position/positionjob.h"
+#include "Library/position/trace.h"
 
 namespace clxml {
 namespace {
@@ -28,8 +30,15 @@ bool position::ComputeGrid (const Transform& transform) {
     if (!Base (1, base)) return false;
     Grid = base.GetGrid (SearchData->CurrentTransform ()) + GridDeltas;
   } else if (IsObservation ()) {
-    if (NameOfBase.IsEmpty () && !HasStationSetup) return false;
+    if (NameOfBase.IsEmpty () && !HasStationSetup) {
+      position_Fail (position_Reason::NoBaseName, NameOfBase, Name);
+      return false;
+    }
     const position_Frame frame = DistanceFrame (transform);
+    position_Trace* const trace = position_TraceNow ();
+    if (trace && trace->Subject == this) trace->Frame = frame;
+    if (frame == position_Frame::None)
+      position_Fail (position_Reason::NoDistanceFrame, NameOfBase, Name);
     if (frame == position_Frame::Grid) {
       position base, target;
       if (HasStationSetup)
@@ -38,8 +47,12 @@ bool position::ComputeGrid (const Transform& transform) {
         return false;
       const Transform& baseTransform =
           HasStationSetup ? transform : SearchData->CurrentTransform ();
-      if (base.GetGrid (baseTransform).IsNull () ||
-          !ComputePolar (transform, &base, baseTransform) ||
+      if (base.GetGrid (baseTransform).IsNull ()) {
+        position_Fail (position_Reason::BaseWithoutPosition, NameOfBase, Name);
+        return false;
+      }
+      if (trace && trace->Subject == this) trace->BaseGrid = base.Grid;
+      if (!ComputePolar (transform, &base, baseTransform) ||
           !ForwardFromBase (base, transform, target, COORD_GridType))
         return false;
       Grid = target.Grid;
@@ -58,6 +71,11 @@ bool position::ComputeGrid (const Transform& transform) {
     transform.CogoGridToGrid (cogo, Grid);
   }
   if (Grid.IsNull ()) return false;
+  if (position_Trace* trace = position_TraceNow (); trace && trace->Subject == this) {
+    trace->Target = Grid;
+    trace->Polar = Polar;
+  }
+  NeighbourhoodAdjustment (*this, transform);
   Finish (POSITION_DoneGrid, true);
   StoreCachedGrid ();
   return true;
@@ -105,7 +123,13 @@ bool position::ComputeUncalibratedLocal (const Transform& transform) {
         if (!Base (1, base)) return false;
         const Transform& current = SearchData->CurrentTransform ();
         position target;
-        if (base.GetLocal (current).IsNull () || !ComputePolar (transform, &base, current) ||
+        if (base.GetLocal (current).IsNull ()) {
+          position_Fail (position_Reason::BaseWithoutPosition, NameOfBase, Name);
+          return false;
+        }
+        if (position_Trace* trace = position_TraceNow (); trace && trace->Subject == this)
+          trace->BaseGrid = base.GetGrid (current);
+        if (!ComputePolar (transform, &base, current) ||
             !ForwardFromBase (base, current, target, COORD_LocalType))
           return false;
         Local = target.Local;
@@ -174,7 +198,13 @@ bool position::ComputeWGS84 (const Transform& transform) {
         if (!Base (1, base)) return false;
         const Transform& current = SearchData->CurrentTransform ();
         position target;
-        if (base.GetWGS84 (current).IsNull () || !ComputePolar (transform, &base, current) ||
+        if (base.GetWGS84 (current).IsNull ()) {
+          position_Fail (position_Reason::BaseWithoutPosition, NameOfBase, Name);
+          return false;
+        }
+        if (position_Trace* trace = position_TraceNow (); trace && trace->Subject == this)
+          trace->BaseGrid = base.GetGrid (current);
+        if (!ComputePolar (transform, &base, current) ||
             !ForwardFromBase (base, transform, target, COORD_WGS84Type))
           return false;
         WGS84 = target.WGS84;
@@ -193,7 +223,10 @@ bool position::ComputeECEF (const Transform& transform) {
     position base;
     if (!Base (0, base)) return false;
     coord_WGS84 reference = base.GetWGS84 (SearchData->CurrentTransform ());
-    if (maths_IsNull (reference.Height) || maths_IsNull (ReferenceAntenna)) return false;
+    if (maths_IsNull (reference.Height) || maths_IsNull (ReferenceAntenna)) {
+      position_Fail (position_Reason::NoReferenceAntenna, NameOfBase, Name);
+      return false;
+    }
     reference.Height = maths_Add (reference.Height, ReferenceAntenna);
     ECEF = ECEFDeltas + reference.ToECEF (coordsys_WGS84Ellipsoid ());
   } else {
@@ -250,7 +283,10 @@ bool position::ComputeAbsolute (const Transform& transform) {
     case position_Frame::Grid:
       return LoadCachedGrid () || ComputeGrid (transform);
     case position_Frame::Local:
-      return LoadCachedGrid () || ComputeUncalibratedLocal (transform);
+      if (LoadCachedGrid ()) return true;
+      // The grid comes first, so that the result does not depend on whether it was cached.
+      ComputeGrid (transform);
+      return ComputeUncalibratedLocal (transform);
     case position_Frame::WGS84:
       return ComputeWGS84 (transform);
     case position_Frame::None:
@@ -282,7 +318,7 @@ void position::ApplyProjectHeight (const Transform& transform) {
       return;
   }
   if (!maths_IsNull (*stored)) return;
-  // Loaded anew, so to speak: what was derived without the height does not stand.
+  // As if loaded again: forms that were derived without the height are dropped.
   TransformId = TRANSFORM_NoId;
   SetTransform (transform);
   *stored = height;

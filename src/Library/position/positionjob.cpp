@@ -2,9 +2,11 @@
 #include "Library/position/positionjob.h"
 
 #include "Library/cogo/cogo.h"
+#include "Library/position/azimuth.h"
+#include "Library/position/environment.h"
 #include "Library/position/position.h"
-#include "Library/position/positioncache.h"
 #include "Library/position/reduce.h"
+#include "Library/position/trace.h"
 #include "Library/records/dbConventional.h"
 #include "Library/records/dbGPS.h"
 #include "Library/records/dbMeasurements.h"
@@ -38,9 +40,15 @@ double AntennaHeight (const position_Job& job, DBID id) {
 
 resolutionChain_Hold::resolutionChain_Hold (position_Job& job, const Str& name)
     : _Names (job.ResolutionChainNames ()), _Name (name) {
-  if (_Names.Count () >= MaximumNames) return;
+  if (_Names.Count () >= MaximumNames) {
+    position_Fail (position_Reason::ChainTooLong, name, name);
+    return;
+  }
   for (int i = 0; i < _Names.Count (); i++)
-    if (_Names[i].EqualInsensitive (name)) return;
+    if (_Names[i].EqualInsensitive (name)) {
+      position_Fail (position_Reason::CircularReference, name, name);
+      return;
+    }
   _Names.Add (name);
   _IsEntered = true;
 }
@@ -57,9 +65,12 @@ resolutionChain_Hold::~resolutionChain_Hold () {
 bool position_Resolve (position_Job& job, const Str& name, int searchKind, bool useProjectHeight,
                        position& out) {
   const resolutionChain_Hold hold (job, name);
-  if (hold.IsEntered () && job.Find (name, searchKind, useProjectHeight, out) &&
-      out.ComputeAbsolute (job.CurrentTransform ()))
-    return true;
+  if (hold.IsEntered ()) {
+    if (!job.Find (name, searchKind, useProjectHeight, out))
+      position_Fail (position_Reason::BaseNotFound, name, name);
+    else if (out.ComputeAbsolute (job.CurrentTransform ()))
+      return true;
+  }
   out = position ();
   return false;
 }
@@ -194,8 +205,13 @@ void position::StoreCachedGrid () {
 
 // Loads the base by its name, with its absolute form computed.
 bool position::Base (int searchKind, position& base) const {
-  return SearchData && !NameOfBase.IsEmpty () &&
-         position_Resolve (*SearchData, NameOfBase, searchKind, UseProjectHeight, base);
+  if (!SearchData || NameOfBase.IsEmpty ()) {
+    position_Fail (position_Reason::NoBaseName, NameOfBase, Name);
+    return false;
+  }
+  if (position_Resolve (*SearchData, NameOfBase, searchKind, UseProjectHeight, base)) return true;
+  position_Fail (position_Reason::BaseWithoutPosition, NameOfBase, Name);
+  return false;
 }
 
 // Computes the target from the base along Polar. An observation whose circle could not be turned
@@ -232,10 +248,95 @@ bool position::ComputeAntenna () {
   return Finish (POSITION_DoneAntenna, !maths_IsNull (Antenna));
 }
 
+void position::LoadFromCircle (const coord_Circle& circle, const environment& env,
+                               double backBearingCircle, const Transform* transform) {
+  Load (Circle, circle, COORD_CircleType, POSITION_DoneCircle, transform);
+  const reduce_Setup setup = env.Setup ();
+  reduce_CircleToCorrected (Circle, Corrected, setup);
+  reduce_CorrectedToUnturned (Corrected, Unturned, setup);
+  Status |= POSITION_DoneCorrected | POSITION_DoneUnturned;
+  BackBearingCircle = backBearingCircle;
+  UseProjectHeight = env.UseProjectHeight;
+  HasStationSetup = env.HasStationSetup;
+  if (HasStationSetup) {
+    StationSetup = env.StationSetup;
+  } else {
+    Assert (env.Station.StationName.EqualInsensitive (env.BackBearing.Station),
+            "environment->Station.StationName.EqualInsensitive (environment->BackBearing.Station)");
+    NameOfBase = env.BackBearing.Station;
+    NameOfBacksight = env.BackBearing.BackSight;
+  }
+}
+
+void position::LoadFromLaserOffset (const coord_LaserOffset& laserOffset,
+                                    const laser_Environment& env, const Transform* transform) {
+  Load (LaserOffset, laserOffset, COORD_LaserOffsetType, POSITION_DoneLaserOffset, transform);
+  Polar = reduce_LaserToPolar (LaserOffset, env);
+  Finish (POSITION_DonePolar, !Polar.IsNull ());
+}
+
+namespace {
+
+// Repeats the reduction of a reading step by step for a trace.
+void TraceReading (position_Trace& trace, const position& point, const reduce_Setup& setup) {
+  trace.HasReading = true;
+  trace.Setup = setup;
+  trace.Raw = trace.AfterPrism = point.Circle;
+  reduce_PrismCorrection (trace.AfterPrism, setup, false);
+  trace.AfterPPM = trace.AfterPrism;
+  reduce_PPMCorrection (trace.AfterPPM, setup.PPM, false);
+  trace.AfterRefraction = trace.AfterPPM;
+  reduce_RefractionCorrection (trace.AfterRefraction, setup.EarthRadius, setup.Refraction, false);
+  trace.Face1 = point.Corrected;
+  reduce_ToFace1 (trace.Face1);
+  trace.Unturned = point.Unturned;
+  trace.BackBearingCircle = point.BackBearingCircle;
+}
+
+// The name of the record of a setup that is missing or of another type.
+const char* MissingRecord (const position_Job& job, const position& point) {
+  const auto* station = RecordAs<db_TotalStation> (job, point.DBLocationOfCircleStation);
+  if (!station) return "station";
+  if (!RecordAs<db_TotalInstrument> (job, station->Instrument)) return "instrument";
+  return RecordAs<db_Target> (job, point.DBLocationOfCircleTarget) ? "back bearing" : "target";
+}
+
+}  // namespace
+
 bool position::ComputeUnturned (const Transform&) {
   if (!BeginAttempt (POSITION_DoneUnturned)) return (Status & POSITION_DoneUnturned) != 0;
   if (Original != COORD_CircleType && Original != COORD_MTAType) return false;
-  return false;
+  // A reading that was loaded from values has been reduced already.
+  if (DBLocationOfCircleStation == NODBID && !Unturned.IsNull ()) {
+    Status |= POSITION_DoneCorrected;
+    return Finish (POSITION_DoneUnturned, true);
+  }
+  reduce_Setup setup;
+  const db_TotalStation* station = nullptr;
+  const db_TotalBackBearing* backBearing = nullptr;
+  if (!SearchData ||
+      !reduce_LoadSetup (*SearchData, DBLocationOfCircleStation, DBLocationOfCircleTarget,
+                         DBLocationOfCircleBackBearing, setup, station, backBearing)) {
+    if (SearchData && position_TraceNow ())
+      position_Fail (position_Reason::SetupMissing, MissingRecord (*SearchData, *this), Name);
+    return false;
+  }
+  setup.UseProjectHeight = UseProjectHeight;
+  Assert (NameOfBacksight.EqualInsensitive (backBearing->BackSight),
+          "this->NameOfBacksight.EqualInsensitive (environment.BackBearing.BackSight)");
+  Assert (NameOfBase.EqualInsensitive (backBearing->Station),
+          "this->NameOfBase.EqualInsensitive (environment.BackBearing.Station)");
+  Assert (NameOfBase.EqualInsensitive (station->StationName),
+          "this->NameOfBase.EqualInsensitive (environment.Station.GetName ())");
+  reduce_CircleToCorrected (Circle, Corrected, setup);
+  Status |= POSITION_DoneCorrected;
+  reduce_CorrectedToUnturned (Corrected, Unturned, setup);
+  BackBearingCircle =
+      BackBearingCircleFor (*backBearing, Circle.VertCircle, Original == COORD_MTAType);
+  if (position_Trace* trace = position_TraceNow (); trace && trace->Subject == this)
+    TraceReading (*trace, *this, setup);
+  if (Unturned.IsNull ()) position_Fail (position_Reason::NoReading, Name, Name);
+  return Finish (POSITION_DoneUnturned, !Unturned.IsNull ());
 }
 
 bool position::ComputePolar (const Transform& transform, position* base,
@@ -254,14 +355,37 @@ bool position::ComputePolar (const Transform& transform, position* base,
     case COORD_GroundType:
       Polar = reduce_GroundToPolar (Ground);
       break;
-    case COORD_LaserOffsetType:
-      return false;
+    case COORD_LaserOffsetType: {
+      if (DBLocationOfLaserHeight == NODBID && !Polar.IsNull ()) break;  // loaded from values
+      laser_Environment env;
+      const bool isNamed = DBLocationOfMagneticDeclination != NODBID &&
+                           DBLocationOfLaserHeight != NODBID && DBLocationOfTargetHeight != NODBID;
+      if (!SearchData || !isNamed ||
+          !laser_LoadEnvironment (*SearchData, DBLocationOfMagneticDeclination,
+                                  DBLocationOfLaserHeight, DBLocationOfTargetHeight, env)) {
+        position_Fail (position_Reason::LaserSetupMissing, Name, Name);
+        return false;
+      }
+      Polar = reduce_LaserToPolar (LaserOffset, env);
+      if (position_Trace* trace = position_TraceNow (); trace && trace->Subject == this)
+        trace->Laser = env;
+      break;
+    }
     case COORD_UnturnedType:
     case COORD_CircleType:
     case COORD_MTAType: {
       if (Original != COORD_UnturnedType && !ComputeUnturned (transform)) return false;
       double azimuth = MATHS_Null;
-      if (HasStationSetup) azimuth = StationSetup.Azimuth;
+      if (HasStationSetup) {
+        azimuth = StationSetup.Azimuth;
+        if (position_Trace* trace = position_TraceNow (); trace && trace->Subject == this) {
+          trace->AzimuthSource = position_AzimuthSource::StationSetup;
+          trace->Azimuth = azimuth;
+        }
+      } else if (base && SearchData) {
+        bool isKeyedIn;
+        ResolveAzimuth (*SearchData, *base, baseTransform, NameOfBacksight, azimuth, isKeyedIn);
+      }
       Polar = reduce_TurnToPolar (Unturned, BackBearingCircle, azimuth);
       break;
     }
