@@ -387,9 +387,11 @@ void cogo_CopyHeight (position& from, position& to, const Transform& transform,
   Assert (mask != 0, "!system.IsNull()");
   const HeightFrame frame = HeightFrameOf (transform, mask);
   // A point of the grid has no WGS84 form before it has an elevation.
+  const double height = HeightIn (frame, from, transform);
+  if (maths_IsNull (height)) return;
   if (frame == HeightFrame::WGS84 && to.GetWGS84 (transform).NullHorizontal ())
     SetHeightIn (HeightFrame::Grid, to, transform, HeightIn (HeightFrame::Grid, from, transform));
-  SetHeightIn (frame, to, transform, HeightIn (frame, from, transform));
+  SetHeightIn (frame, to, transform, height);
 }
 
 double cogo_MeanHeight (position& first, position& second, const Transform& transform,

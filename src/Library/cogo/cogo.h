@@ -128,8 +128,9 @@ void cogo_GridDeltas (position& from, position& to, const Transform& transform,
 /// combination of distance bits asserts "Unknown elevation system".
 void cogo_ApplyHeight (position& where, const Transform& transform, double heightDifference,
                        coordsys_CogoSettings mask);
-/// Gives the second position the height of the first, of the form that cogo_ApplyHeight raises; a
-/// grid position that has no WGS84 form for want of an elevation takes the first's elevation too.
+/// Copies the height of the first position to the second, in the form that cogo_ApplyHeight raises.
+/// Does nothing where the first has no height. A grid position that has no WGS84 form for want of
+/// an elevation takes the elevation of the first too.
 void cogo_CopyHeight (position& from, position& to, const Transform& transform,
                       coordsys_CogoSettings mask);
 /// The mean height of two positions in the frame of the mask, with the transform's project height

@@ -10,6 +10,7 @@
 namespace clxml {
 
 class db_Arc;
+class position_Job;
 class Str;
 
 /// radius * angle; null for a null.
@@ -71,6 +72,11 @@ using cogoarc_PointLookUp = std::function<bool (const Str& name, position& out)>
 cogo_Result cogoarc_Solve (const cogoarc_PointLookUp& lookUp, const Transform& transform,
                            db_Arc& arc, position& first, position& second, position& centre,
                            position& intersection, double& centreAzimuth,
+                           coordsys_CogoSettings mask);
+/// The same for an arc of a job: its points are the best measured points of their names, under the
+/// job's current transform. Asserts "jobfile", and returns 1, without a job.
+cogo_Result cogoarc_Solve (position_Job* job, db_Arc& arc, position& first, position& second,
+                           position& centre, position& intersection, double& centreAzimuth,
                            coordsys_CogoSettings mask);
 
 }  // namespace clxml

@@ -8,6 +8,7 @@
 
 #include "Library/coords/coord.h"
 #include "Library/position/position.h"
+#include "Library/position/positionjob.h"
 #include "Library/records/dbPoints.h"
 #include "str.h"
 
@@ -79,9 +80,8 @@ class Solver {
     const cogo_Result result = cogo_DistanceDistanceIntersect (
         First, Arc.Radius, Second, Arc.Radius, _transform, right, left, System (First, Second));
     if (result != COGO_Ok) return result;
-    // Ends a diameter apart have the one centre between them.
-    const bool isOne = left.Original == COORD_NullType;
-    Centre = IsLeft () && !isOne ? left : right;
+    // Ends a diameter apart have one centre alone, that of the right-hand arc.
+    Centre = IsLeft () ? left : right;
     const double toFirst = Azimuth (Centre, First), toSecond = Azimuth (Centre, Second);
     Arc.ScribedAngle = AngleSmallest (toFirst, toSecond);
     return Close (toFirst, toSecond);
@@ -229,6 +229,19 @@ cogo_Result cogoarc_Solve (const cogoarc_PointLookUp& lookUp, const Transform& t
   intersection = std::move (solver.Intersection);
   centreAzimuth = solver.CentreAzimuth;
   return result;
+}
+
+cogo_Result cogoarc_Solve (position_Job* job, db_Arc& arc, position& first, position& second,
+                           position& centre, position& intersection, double& centreAzimuth,
+                           coordsys_CogoSettings mask) {
+  static const Transform none;
+  const auto lookUp = [job] (const Str& name, position& out) {
+    return job->FindMeasured (name, out);
+  };
+  return job ? cogoarc_Solve (lookUp, job->CurrentTransform (), arc, first, second, centre,
+                              intersection, centreAzimuth, mask)
+             : cogoarc_Solve (cogoarc_PointLookUp (), none, arc, first, second, centre,
+                              intersection, centreAzimuth, mask);
 }
 
 }  // namespace clxml

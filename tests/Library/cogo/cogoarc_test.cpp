@@ -322,9 +322,11 @@ TEST_F (ArcSolver, LeavesOutTheChordOfALongArcAndTheTangentOfAHalfCircle) {
   ASSERT_EQ (Solve (more), COGO_Ok);
   EXPECT_NEAR (more.ScribedAngle, 2 * pi - angle, 1e-9);
   EXPECT_TRUE (maths_IsNull (more.Chord));
-  db_Arc diameter = Keyed (DBENTITY_TwoPointsAndRadius, "S", "opposite S", "", true);
+  db_Arc diameter = Keyed (DBENTITY_TwoPointsAndRadius, "S", "opposite S", "");
   ASSERT_EQ (Solve (diameter), COGO_Ok);
   ExpectGrid (centre, *plane, 1000, 2000, 10, "the one centre", 1e-4);
+  diameter = Keyed (DBENTITY_TwoPointsAndRadius, "S", "opposite S", "", true);
+  EXPECT_EQ (Solve (diameter), COGO_Degenerate);  // the second centre of touching circles
 }
 
 }  // namespace
