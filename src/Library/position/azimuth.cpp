@@ -45,6 +45,8 @@ bool ResolveAzimuth (position_Job& job, position& base, const Transform& transfo
     if (!hold.IsEntered ()) return false;
     azimuth = coord_NormaliseTwoPi (maths_Add (base.GetPolar (transform).Azimuth, CONSTANT_Pi));
     NoteAzimuth (base.Name, backsightName, position_AzimuthSource::ReverseOfOwn, azimuth);
+    if (maths_IsNull (azimuth))
+      position_Fail (position_Reason::NoAzimuth, backsightName, base.Name);
     return !maths_IsNull (azimuth);
   }
 

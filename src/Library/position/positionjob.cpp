@@ -220,7 +220,10 @@ bool position::ForwardFromBase (position& base, const Transform& transform, posi
                                 coord_Type wanted) {
   const bool isTurned =
       Original == COORD_UnturnedType || Original == COORD_CircleType || Original == COORD_MTAType;
-  if (isTurned && maths_IsNull (Polar.Azimuth)) return false;
+  if (isTurned && maths_IsNull (Polar.Azimuth)) {
+    position_Fail (position_Reason::NoAzimuth, NameOfBacksight, Name);
+    return false;
+  }
   cogo_ForwardPolar (base, transform, Polar, target, CogoSystem);
   const char* const text = wanted == COORD_GridType    ? "target->Original == COORD_GridType"
                            : wanted == COORD_LocalType ? "target->Original == COORD_LocalType"
@@ -384,7 +387,14 @@ bool position::ComputePolar (const Transform& transform, position* base,
         }
       } else if (base && SearchData) {
         bool isKeyedIn;
-        ResolveAzimuth (*SearchData, *base, baseTransform, NameOfBacksight, azimuth, isKeyedIn);
+        if (!ResolveAzimuth (*SearchData, *base, baseTransform, NameOfBacksight, azimuth,
+                             isKeyedIn)) {
+          position_Trace* const trace = position_TraceNow ();
+          if (trace && !trace->Failures.empty ()) {
+            const position_Failure cause = trace->Failures.back ();
+            position_Fail (cause.Reason, cause.Name, Name);
+          }
+        }
       }
       Polar = reduce_TurnToPolar (Unturned, BackBearingCircle, azimuth);
       break;

@@ -1,6 +1,8 @@
 // A record of how one position was computed.
 #include "Library/position/trace.h"
 
+#include <algorithm>
+
 namespace clxml {
 namespace {
 
@@ -19,10 +21,7 @@ void position_Fail (position_Reason reason, const Str& name, const Str& point) {
 }
 
 const position_Failure* position_Trace::Reason () const {
-  if (Failures.empty ()) return nullptr;
-  for (const position_Failure& failure : Failures)
-    if (Subject && failure.Point == Subject->Name) return &failure;
-  return &Failures.front ();
+  return Failures.empty () ? nullptr : &Failures.back ();
 }
 
 Str position_ToText (const position_Failure& failure) {
@@ -81,11 +80,15 @@ bool position_Explain (const position& point, const Transform& transform, positi
   if (trace.Grid.IsNull () && trace.Failures.empty ())
     position_Fail (position_Reason::NoTransform, copy.Name, copy.Name);
   current = outer;
-  const position_Failure* reason = trace.Reason ();
-  if (reason && reason != &trace.Failures.front ()) {
-    const position_Failure first = *reason;  // the answer does not depend on Subject afterwards
-    trace.Failures.erase (trace.Failures.begin () + (reason - trace.Failures.data ()));
-    trace.Failures.push_back (first);
+  if (!trace.Grid.IsNull ()) {
+    trace.Failures.clear ();  // of ways that were tried before the one that led to the grid
+  } else {
+    // The first failure of the position itself goes to the end, otherwise the first cause.
+    auto& failures = trace.Failures;
+    auto reason = std::find_if (failures.begin (), failures.end (),
+                                [&] (const position_Failure& f) { return f.Point == copy.Name; });
+    if (reason == failures.end ()) reason = failures.begin ();
+    std::rotate (reason, reason + 1, failures.end ());
   }
   trace.Subject = nullptr;
   return !trace.Grid.IsNull ();

@@ -68,10 +68,11 @@ struct position_Trace {
   coord_GridDeltas Neighbourhood;  ///< null for none
   int NeighbourCount = 0;
   coord_CorrectedGrid Grid;  ///< the result; null if it failed
-  // Failed steps of the position and of the points it depends on, the cause first.
+  // Failed steps of the position and of the points it depends on, in the order in which they
+  // occurred; the one that best explains the result is the last. Empty if there is a grid.
   std::vector<position_Failure> Failures;
 
-  /// The failure of the position itself, otherwise the first cause; null if there is none.
+  /// Why there is no grid; null if there is one.
   const position_Failure* Reason () const;
 
   const position* Subject = nullptr;  ///< the position that is traced
