@@ -86,6 +86,7 @@ int Run (int argc, char** argv) {
   AddRepair (app, session);
   AddTransform (app, session);
   AddRoad (app, session);
+  AddPoints (app, session);
 
   try {
     app.parse (argc, argv);

@@ -114,5 +114,6 @@ void AddDump (CLI::App& app, Session& session);
 void AddRepair (CLI::App& app, Session& session);
 void AddTransform (CLI::App& app, Session& session);
 void AddRoad (CLI::App& app, Session& session);
+void AddPoints (CLI::App& app, Session& session);
 
 }  // namespace clxml::tool

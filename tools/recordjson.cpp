@@ -22,16 +22,6 @@ void AppendNumber (std::string& out, T value) {
   out.append (digits, end);
 }
 
-void AppendDouble (std::string& out, double value) {
-  if (maths_IsNull (value)) {
-    out += "null";
-  } else if (std::isfinite (value)) {
-    AppendNumber (out, value);
-  } else {
-    out += std::isnan (value) ? "\"nan\"" : value > 0 ? "\"inf\"" : "\"-inf\"";
-  }
-}
-
 // The bytes of the UTF-8 sequence at the front of a text, 1 to 4; 0 when there is none, and then
 // `bad` is the length of what stands for one replacement character: the longest start of a
 // sequence, or one byte.
@@ -320,6 +310,16 @@ class RecordWriter final : public FieldVisitor {
 };
 
 }  // namespace
+
+void AppendDouble (std::string& out, double value) {
+  if (maths_IsNull (value)) {
+    out += "null";
+  } else if (std::isfinite (value)) {
+    AppendNumber (out, value);
+  } else {
+    out += std::isnan (value) ? "\"nan\"" : value > 0 ? "\"inf\"" : "\"-inf\"";
+  }
+}
 
 void AppendText (std::string& out, std::string_view text) {
   out += '"';

@@ -20,6 +20,10 @@ namespace clxml::tool {
 /// number when a bit has none, raw bytes hexadecimal digits.
 void AppendRecord (std::string& out, const dbRecord_Class& record);
 
+/// Appends a number: the shortest digits that read back the same, null for the null value, a string
+/// ("inf", "-inf", "nan") for one that is not finite.
+void AppendDouble (std::string& out, double value);
+
 /// Appends a text as a JSON string; each part of it that is no UTF-8 becomes U+FFFD.
 void AppendText (std::string& out, std::string_view text);
 

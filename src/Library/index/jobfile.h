@@ -27,6 +27,7 @@
 namespace clxml {
 
 class db_TotalBackBearing;
+struct coordsys_JobSystem;
 
 /// The class name that every JobFile carries while it exists.
 inline constexpr const char* search_ClassName = "JobFile";
@@ -138,10 +139,17 @@ class JobFile final : public dbIndex, public JobIndex, public position_Job {
 
   // The transform (jobtransform.cpp).
 
+  /// Assembles the transform at the first use, and again after a coordinate system record (types
+  /// 31 to 36) was committed, without the files that are missing and without a project height. If
+  /// that fails, the error is logged once and the transform before stays, or one of the job's
+  /// corrections alone.
   const Transform& CurrentTransform () override;
   coordsys_CogoSettings CogoSystem () override;
-  /// Assembles the transform of the job's records with coordsys_Options. fileNames takes the names
-  /// of the support files. False, with the error and the transform as it was, on failure.
+  /// Assembles the transform of the job's newest records with a mask of coordsys_Options; fileNames
+  /// takes the stored names of the support files (coordsys_SupportFile). If the geoid or datum grid
+  /// was found under another name, the record in the job takes that name; a job that is open for
+  /// reading, or in a group, keeps its record. False, with the error, if the assembly failed: the
+  /// transform before stays.
   bool RebuildTransform (coordsys_Error& error, uint32_t options,
                          std::array<Str, 6>* fileNames = nullptr);
 
@@ -224,6 +232,11 @@ class JobFile final : public dbIndex, public JobIndex, public position_Job {
   coord_CorrectedGrid FinalGridOf (UniqueId id);
   void NoteForwardNames (const ObservationObject& point);
   void NoteForwardName (std::string_view name, int32_t subscript);
+
+  // The transform.
+  void UseTransform (std::unique_ptr<Transform> transform);
+  void UseCorrectionsAlone ();
+  void StoreFileNames (const coordsys_JobSystem& system);
 
   // Following commits.
   class Commit;
