@@ -194,7 +194,7 @@ uint64_t WriteGeoJson (IndexedJob& job, const GeoOptions& options, const PointRe
   if (!options.isLocal && !isGeodetic)
     throw Refusal{STATUS_Input,
                   job.Path () +
-                      ": the job has no datum and map projection, so its "
+                      ": the job has no map projection, so its "
                       "points have no WGS84 position; --local writes grid coordinates"};
   Writer writer (job, options, request);
   if (!options.isSequence) {
