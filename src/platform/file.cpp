@@ -441,6 +441,21 @@ bool file_Class::Rename (const file_Class& other) {
   return true;
 }
 
+bool file_Class::Replace (const file_Class& other) {
+  Str from;
+  Str to;
+  const int error =
+      HostName (from) && other.HostName (to) ? os_Replace (from.Data (), to.Data ()) : OS_NoDevice;
+  if (error != 0) {
+    os_Report (error, GetWholeName () + " -> " + other.GetWholeName ());
+    return false;
+  }
+  Folder = other.Folder;
+  Name = other.Name;
+  Extension = other.Extension;
+  return true;
+}
+
 bool file_Class::Copy (const Str& destination) const { return Copy (file_Class (destination)); }
 
 bool file_Class::Copy (const file_Class& destination) const {

@@ -107,6 +107,10 @@ class file_Class {
   /// Moves the file to the other's name, which this object then takes. Never replaces a file. A
   /// failure is reported for "old -> new".
   bool Rename (const file_Class& other);
+  /// Moves the closed file over the other one, on the same device and in one step, and takes its
+  /// name. The mode of a replaced file stays; a read-only file or a directory is not replaced. A
+  /// failure is reported for "old -> new".
+  bool Replace (const file_Class& other);
   /// Copies over the destination, which is replaced at the end of a whole copy only; a read-only
   /// one is spared. Mode and last-write time go with the copy.
   bool Copy (const Str& destination) const;

@@ -80,6 +80,9 @@ int os_LastWrite (const char* path, os_LocalTime& time);
 int os_Delete (const char* path);
 /// Moves a file, to another device as well; never replaces.
 int os_Move (const char* from, const char* to);
+/// Moves a file over another one on the same device, in one step; the mode of a replaced file
+/// stays. A destination that is a directory, or has no write bit, is refused.
+int os_Replace (const char* from, const char* to);
 /// Copies a file with mode and last-write time; the destination changes at once and at the end. A
 /// destination without any write bit is refused.
 int os_Copy (const char* from, const char* to);

@@ -128,6 +128,14 @@ int CopyBeside (const char* from, const char* to, Str& temporary) {
   return error;
 }
 
+/// 0 when nothing has that name or a file that may be written, else the error for it.
+int MayReplace (const char* path) {
+  os_Attributes attributes = {};
+  if (os_GetAttributes (path, attributes) != 0) return 0;
+  if (attributes.isDirectory) return EISDIR;
+  return attributes.isReadOnly ? EACCES : 0;
+}
+
 /// rename that never replaces, on one device.
 int MoveHere (const char* from, const char* to) {
 #ifdef RENAME_NOREPLACE
@@ -262,12 +270,16 @@ int os_Move (const char* from, const char* to) {
   return os_Delete (from);
 }
 
+int os_Replace (const char* from, const char* to) {
+  if (const int error = MayReplace (to)) return error;
+  struct stat status = {};
+  if (::stat (to, &status) == 0 && ::chmod (from, status.st_mode & 07777) < 0) return errno;
+  if (const int error = Fault (os_Operation::Move)) return error;
+  return ::rename (from, to) < 0 ? errno : 0;
+}
+
 int os_Copy (const char* from, const char* to) {
-  os_Attributes attributes = {};
-  if (os_GetAttributes (to, attributes) == 0) {
-    if (attributes.isDirectory) return EISDIR;
-    if (attributes.isReadOnly) return EACCES;
-  }
+  if (const int error = MayReplace (to)) return error;
   Str temporary;
   if (const int error = CopyBeside (from, to, temporary)) return error;
   int error = Fault (os_Operation::Move);
