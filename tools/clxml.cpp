@@ -87,6 +87,7 @@ int Run (int argc, char** argv) {
   AddTransform (app, session);
   AddRoad (app, session);
   AddPoints (app, session);
+  AddCodes (app, session);
 
   try {
     app.parse (argc, argv);

@@ -115,5 +115,6 @@ void AddRepair (CLI::App& app, Session& session);
 void AddTransform (CLI::App& app, Session& session);
 void AddRoad (CLI::App& app, Session& session);
 void AddPoints (CLI::App& app, Session& session);
+void AddCodes (CLI::App& app, Session& session);
 
 }  // namespace clxml::tool
