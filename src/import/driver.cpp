@@ -16,7 +16,10 @@ namespace clxml {
 
 namespace {
 
-// What lives for one import. Runs once.
+// The newest version of the exchange format that the conversions know.
+constexpr int32_t NewestVersion = 1140;
+
+// The state of one import. Runs once.
 class Import {
  public:
   Import (const Str& xmlPath, const Str& jobPath, clxmli_Progress progress)
@@ -57,6 +60,11 @@ void Import::OpenExchangeFile () {
   if (!reader.Open (xmlPath)) BadInput (xmlPath + " does not exist or is not an XML file");
   const xml_element* root = reader.EnterLevel (1);
   if (root) version = text_ToInt32 (root->AttributeValue ("version"));
+  if (version > NewestVersion) {
+    const Str line = "Import: exchange format version " + text_Format ("%d", version) +
+                     " is newer than 1140; read as 1140";
+    Environment::Get ()->LogMessage (line.Data ());
+  }
 }
 
 // Takes the job element: name, time and note of the job. False when the file cannot be made.
@@ -121,7 +129,7 @@ void Import::Remove () noexcept {
     Environment::Get ()->LogMessage ("Import: the job that failed could not be closed");
   }
   try {
-    file_Class (jobPath).Delete ();
+    file_Class (jobPath).DeleteCreated ();
   } catch (...) {
     Environment::Get ()->LogMessage ("Import: the job that failed could not be deleted");
   }

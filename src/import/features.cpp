@@ -71,7 +71,9 @@ void ConvertFeatures (WriteJobControl& job, const xml_element& element, const ch
   FeatureArray features = entity->GetFeatures ();
   const bool isNew = job.Version () >= 1120;
   uint32_t left = Number (element, "FeatureCount");
-  for (const xml_element* child = element.firstChild; child && left > 0;
+  // The hundredth feature is refused below; the rest need not be read.
+  for (const xml_element* child = element.firstChild;
+       child && left > 0 && features.Count () < DBTYPE_MaxFeatures;
        child = child->nextSibling, left--) {
     Feature& feature = FeatureOf (*child, features, isNew);
     uint32_t attributes = Number (*child, "AttributeCount");

@@ -187,11 +187,11 @@ void ReadRoadCatchDelta (FieldReader& in, db_RoadCatchDeltas& deltas) {
 }
 
 // A side of the section, absent without its tag. Nodes are the first "Node" and its next siblings,
-// up to the count, as many as there are. A count of more than a record has room for is refused.
+// up to the count, or as many as there are. Nothing is allocated by the count.
 void ReadSectionSide (const FieldReader& in, std::optional<db_CrossSectionSide>& side) {
   if (!in.IsPresent ()) return;
   side.emplace ();
-  constexpr int32_t MaxNodes = 16384;  // of 32 bytes or more, in a frame of 524,288
+  constexpr int32_t MaxNodes = 1'000'000;
   int32_t count = 0;
   in.IntOrHex ("NumberOfNodes", count);
   if (count < 0 || count > MaxNodes)

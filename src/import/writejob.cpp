@@ -102,15 +102,16 @@ void WriteJobControl::CollectNote (const Str& text) {
   pendingNoteBytes += text.Length ();
 }
 
-// The collected notes become one, aimed at the entity. It replaces the entity's own note, whose
-// text therefore goes in front.
+// The collected notes become one note of the entity. It replaces the entity's own note, whose text
+// is therefore put in front.
 void WriteJobControl::CloseEntity () {
   if (pendingNotes.Count () > 0) {
     auto note = std::make_unique<db_Note> ();
     if (const dbRecord_Class* entity = Entity ()) note->Note = entity->Note;
-    const bool hasOwn = !note->Note.IsEmpty ();
+    const std::string_view own = note->Note.View ();
+    const bool isOpenLine = !own.empty () && own.back () != '\n' && own.back () != '\r';
     for (int i = 0; i < pendingNotes.Count (); i++) {
-      if (i > 0 || hasOwn) note->Note += "\r\n";
+      if (i > 0 || isOpenLine) note->Note += "\r\n";
       note->Note += pendingNotes[i];
     }
     database->AddAction (DBACTION_Amend, pendingEntity, std::move (note));

@@ -402,13 +402,14 @@ bool file_Class::ReadLine (char* destination, int32_t n) {
 // The file as a whole.
 
 bool file_Class::Delete () {
+  if (!IsReadOnly ()) return DeleteCreated ();
+  os_Report (OS_Refused, GetWholeName ());
+  return false;
+}
+
+bool file_Class::DeleteCreated () {
   Str host;
-  os_Attributes attributes = {};
-  int error = HostName (host) ? 0 : OS_NoDevice;
-  if (error == 0) {
-    const bool isSpared = os_GetAttributes (host.Data (), attributes) == 0 && attributes.isReadOnly;
-    error = isSpared ? OS_Refused : os_Delete (host.Data ());
-  }
+  const int error = HostName (host) ? os_Delete (host.Data ()) : OS_NoDevice;
   if (error == 0) return true;
   if (!os_IsMissing (error)) os_Report (error, GetWholeName ());
   return false;

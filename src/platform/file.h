@@ -102,8 +102,12 @@ class file_Class {
   /// Has the system bring what was written to the medium.
   bool Flush ();
 
-  /// True when the file went. A missing one is false without a report; a read-only one is spared.
+  /// True if the file was deleted. A missing file is false without a report; a read-only file is
+  /// not deleted.
   bool Delete ();
+  /// The same, but deletes a read-only file too: for a file that the caller has created itself,
+  /// which is read-only under a umask that removes the write bits.
+  bool DeleteCreated ();
   /// Moves the file to the other's name, which this object then takes. Never replaces a file. A
   /// failure is reported for "old -> new".
   bool Rename (const file_Class& other);

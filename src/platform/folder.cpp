@@ -51,19 +51,30 @@ void EndWith (Str& path, char separator) {
   if (path.IsEmpty () || path.View ().back () != separator) path += separator;
 }
 
-/// The process's current directory as the device's root, in lower case.
-Str ReadRoot () {
-  Str root;
-  if (const int error = os_CurrentDirectory (root)) os_Report (error, root);
-  root = WithSeparators (root, '/', '\\');
-  EndWith (root, '\\');
-  root.MakeLower ();
-  return root;
+/// The process's current directory, read once.
+struct CurrentDirectory {
+  Str host;    ///< as the host spells it
+  Str device;  ///< as the device's root, in lower case
+};
+
+const CurrentDirectory& Current () {
+  static const CurrentDirectory current = [] {
+    CurrentDirectory read;
+    if (const int error = os_CurrentDirectory (read.host)) os_Report (error, read.host);
+    EndWith (read.host, '/');
+    read.device = WithSeparators (read.host, '/', '\\');
+    read.device.MakeLower ();
+    return read;
+  }();
+  return current;
 }
 
-const Str& Root () {
-  static const Str root = ReadRoot ();
-  return root;
+const Str& Root () { return Current ().device; }
+
+/// The root in lower case is the name of no host directory, because the real one has capitals.
+bool IsRootMisspelt () {
+  const Str lower = WithSeparators (Root (), '\\', '/');
+  return lower != Current ().host && !os_NameIsTaken (lower.Data ());
 }
 
 /// A directory as the device has it: absolute ones as they stand, others behind the root.
@@ -158,6 +169,10 @@ Place Locate (const Str& devicePath) {
   } else {
     place.isCaseless = IsBelow (device.View (), StandardPath (folder_ROM).View (), true, below) ||
                        IsBelow (device.View (), StandardPath (folder_Locale).View (), true, below);
+    if (IsBelow (device.View (), Root ().View (), false, below) && IsRootMisspelt ()) {
+      place.base = Current ().host;
+      rest = below;
+    }
   }
   place.rest = rest;
   place.rest.Replace ('\\', '/');

@@ -43,7 +43,7 @@ TEST_F (Entities, NotesInsideBecomeOneBehindTheEntitysOwn) {
       {"with one of its own",
        1140,
        Line ("<Note>own</Note>") + b + end,
-       {ToldLine ("own\r\n\r\nb\r\n"), "db_EndEntity"}},
+       {ToldLine ("own\r\nb\r\n"), "db_EndEntity"}},
       {"the end has notes too",
        1140,
        Line ("") + "<DATABASE_EndEntityRecord rec=\"db_EndEntity\" ID=\"0x5\"><Note>e</Note>"

@@ -1,12 +1,13 @@
-// A job as the rest of the system holds it.
-// Opening and closing, groups and records; targets, antennas and default settings are dbjobsurvey's
-// and dbdefaults'. Leans on dbaccess.
+// A job as the rest of the system uses it: opening and closing, groups and records.
+// Targets and antennas are in dbjobsurvey.cpp, default settings in dbdefaults.cpp.
 #include "Library/job/dbJob.h"
 
+#include <exception>
 #include <utility>
 
 #include "Library/job/dbjoblistener.h"
 #include "Library/job/dbstore.h"
+#include "platform/file.h"
 
 namespace clxml {
 namespace {
@@ -26,13 +27,17 @@ Str Lines (const StrArray& lines) {
   return text;
 }
 
-// The first bytes of a name that fit the job file, without a torn character at their end.
+bool EndsWithLineEnd (const Str& text) {
+  return !text.IsEmpty () && (text.View ().back () == '\n' || text.View ().back () == '\r');
+}
+
+// The first bytes of a name that fit the job file, without a part of a character at their end.
 Str CutName (const Str& name) {
   int length = name.Length ();
   if (length > DBTYPE_JobNameSize) {
     length = DBTYPE_JobNameSize;
-    // A byte 10xxxxxx goes on with a character. Four of them in a row are no UTF-8: then bytes are
-    // all there is.
+    // A byte 10xxxxxx continues a character. Four of them in a row are not UTF-8: the name is then
+    // cut at a byte.
     int start = length;
     while (start > length - 4 && start > 0 && (name[start] & 0xC0) == 0x80) start--;
     if ((name[start] & 0xC0) != 0x80) length = start;
@@ -51,7 +56,30 @@ void JobDatabase::JobListener::OnCommit (const dbTransaction& transaction) {
   for (const dbModel_Action* action = transaction.First (); action; action = action->Next.get ())
     if (action->DBRecord->IsPersisted ()) _Job._Defaults.Store (*action->DBRecord);
   if (_Job._Index) _Job._Index->OnCommit (transaction);
-  if (_Job._OnCommit) _Job._OnCommit (_Job, transaction);
+}
+
+void JobDatabase::JobListener::OnGroupLeft (dbTransaction& transaction) {
+  if (!_Job._OnCommit) return;
+  _Waiting.push_back (std::move (transaction));
+  if (_IsCalling) return;
+  _IsCalling = true;
+  std::exception_ptr failure;
+  while (!_Waiting.empty ()) {
+    const dbTransaction next (std::move (_Waiting.front ()));
+    _Waiting.pop_front ();
+    const auto callback = _Job._OnCommit;
+    if (!callback) continue;
+    try {
+      (*callback) (_Job, next);
+    } catch (...) {
+      if (failure)
+        Environment::Get ()->LogMessage ("The commit callback failed more than once");
+      else
+        failure = std::current_exception ();
+    }
+  }
+  _IsCalling = false;
+  if (failure) std::rethrow_exception (failure);
 }
 
 JobDatabase::JobDatabase () : _Listener (std::make_unique<JobListener> (*this)) {}
@@ -60,9 +88,10 @@ JobDatabase::~JobDatabase () { Close (); }
 
 bool JobDatabase::Create (const Str& path, const Str& jobName) {
   AssertThreadSafe ();
-  if (!Assert (_Access == nullptr, "_Access == NULL")) Close ();
+  if (_IsCopy || !Assert (_Access == nullptr, "_Access == NULL")) Close ();
+  if (_Access) return false;
   _JobHeader.JobName = CutName (jobName);
-  // A job without its first record is none: what would not fit is refused before there is a file.
+  // A header record that does not fit is refused before there is a file.
   OutBuffer frame (ENDIAN_Little);
   if (!journal_AppendFrame (frame, {DBACTION_Add, NODBID, CloneRecord (_JobHeader)}))
     throw journal_TooLong (_JobHeader);
@@ -75,47 +104,78 @@ bool JobDatabase::Create (const Str& path, const Str& jobName) {
   _OwnAccess = std::move (access);
   _Access = _OwnAccess.get ();
   _OpenStatus = _Access->GetOpenStatus ();
-  AddRecord (_JobHeader);
-  if (Connect ()) return true;
-  file_Class (path).Delete ();
+  try {
+    if (AddRecord (_JobHeader) != NODBID) {
+      if (Connect ()) return true;
+      _OpenStatus = JOBOPEN_CannotOpen;
+    }
+  } catch (...) {
+    CloseAfterFailure ();
+    file_Class (path).DeleteCreated ();
+    throw;
+  }
+  CloseAfterFailure ();
+  file_Class (path).DeleteCreated ();
   return false;
 }
 
 bool JobDatabase::Open (const Str& path, bool writable) {
   AssertThreadSafe ();
-  if (!Assert (_Access == nullptr, "_Access == NULL")) Close ();
+  if (_IsCopy || !Assert (_Access == nullptr, "_Access == NULL")) Close ();
+  if (_Access) return false;
   _ExternalLink = false;
-  _OwnAccess = std::make_unique<dbAccess> ();
-  _Access = _OwnAccess.get ();
-  bool opened = _Access->Open (path, writable);
-  _OpenStatus = _Access->GetOpenStatus ();
-  if (opened && _OpenStatus == JOBOPEN_Corrupt) {
-    opened = _OnCorruption && _OnCorruption (*this);
-    if (opened) {
-      const uint32_t position = _Access->TruncateToLastGood ();
-      opened = position != 0;
-      if (opened) LogNumber ("Journal truncated at file position", position);
+  _JobHeader = db_JobHeader ();
+  try {
+    if (OpenFile (path, writable)) {
+      const db_JobHeader* stored = db_JobHeader::From (_Access->GetRecord ({1}));
+      if (stored) _JobHeader = *stored;
+      if (Connect ()) return true;
+      _OpenStatus = JOBOPEN_CannotOpen;
     }
-    if (!opened) _Access->Close ();
+  } catch (...) {
+    CloseAfterFailure ();
+    throw;
   }
-  if (!opened) {
-    Forget ();
-    return false;
-  }
-  LoadJobHeader (*_Access, _JobHeader);
-  return Connect ();
+  CloseAfterFailure ();
+  _JobHeader = db_JobHeader ();
+  return false;
 }
 
-// Makes and connects the index, and lets the job follow its own commits. False, with the job closed
-// again, if the index has no room.
+bool JobDatabase::OpenFile (const Str& path, bool writable) {
+  _OwnAccess = std::make_unique<dbAccess> ();
+  _Access = _OwnAccess.get ();
+  const bool opened = _Access->Open (path, writable);
+  _OpenStatus = _Access->GetOpenStatus ();
+  if (!opened || _OpenStatus != JOBOPEN_Corrupt) return opened;
+  if (_OnCorruption && _OnCorruption (*this)) {
+    if (const uint32_t position = _Access->TruncateToLastGood ()) {
+      LogNumber ("Journal truncated at file position", position);
+      return true;
+    }
+  }
+  _Access->Close ();
+  return false;
+}
+
+// Leaves the object as it was before Create or Open. The cause of the failure is reported by them.
+void JobDatabase::CloseAfterFailure () noexcept {
+  try {
+    if (_Access) _Access->Close ();
+  } catch (...) {
+    Environment::Get ()->LogMessage ("A job that failed could not be closed");
+  }
+  Forget ();
+  _OwnIndex.reset ();
+  _Index = nullptr;
+  _JobHeader.RecordId = NODBID;
+}
+
+// Makes and connects the index, and installs the listener. False if the index has no room for
+// another job.
 bool JobDatabase::Connect () {
   if (_IndexMaker) _OwnIndex = _IndexMaker ();
   _Index = _OwnIndex.get ();
-  if (_Index && !_Index->Attach (*this)) {
-    Close ();
-    _OpenStatus = JOBOPEN_CannotOpen;
-    return false;
-  }
+  if (_Index && !_Index->Attach (*this)) return false;
   _Access->SetListener (_Listener.get ());
   return true;
 }
@@ -123,20 +183,24 @@ bool JobDatabase::Connect () {
 void JobDatabase::Forget () {
   _Access = nullptr;
   _OwnAccess.reset ();
+  _TargetNames = {};
 }
 
 bool JobDatabase::Close () {
+  if (!Assert (!_Listener->IsCalling (), "!_Listener->IsCalling()")) return false;
   _ExternalLink = false;
   if (_IsCopy) {
     _Index = nullptr;
     _Access = nullptr;
     _IsCopy = false;
+    _TargetNames = {};
     return true;
   }
   if (!_Access) return true;
   bool isWhole = true;
   _Access->CancelOpenGroup ();
-  // In the way of a bulk import a note that cannot be written raises; closing only answers.
+  // A commit callback of the last note may throw, and a note that cannot be written raises in
+  // single-action mode. Both are logged, and closing goes on.
   try {
     if (_PendingNotes.Count () > 0) {
       db_Note note;
@@ -147,12 +211,15 @@ bool JobDatabase::Close () {
   } catch (const Str& reason) {
     Environment::Get ()->LogMessage (reason.Data ());
     isWhole = false;
+  } catch (...) {
+    Environment::Get ()->LogMessage ("The commit callback failed while the job was closed");
   }
   isWhole = _Access->Close () && isWhole;
   Forget ();
   if (_Index) _Index->Clear ();
   _Index = nullptr;
   _OwnIndex.reset ();
+  _JobHeader = db_JobHeader ();
   return isWhole;
 }
 
@@ -161,7 +228,10 @@ void JobDatabase::SetIndexMaker (std::function<std::unique_ptr<JobIndex> ()> mak
 }
 
 void JobDatabase::SetOnCommit (std::function<void (JobDatabase&, const dbTransaction&)> callback) {
-  _OnCommit = std::move (callback);
+  _OnCommit.reset ();
+  if (callback)
+    _OnCommit = std::make_shared<std::function<void (JobDatabase&, const dbTransaction&)>> (
+        std::move (callback));
 }
 
 void JobDatabase::SetOnCorruption (std::function<bool (JobDatabase&)> callback) {
@@ -228,39 +298,67 @@ DBID JobDatabase::AddRecordInGroup (dbRecord_Class& record) {
 void JobDatabase::DeleteEntity (DBID id) {
   if (!Assert (_Access != nullptr, "_Access") || !Assert (id != NODBID, "recordId != NODBID"))
     return;
-  std::vector<const dbRecord_Class*> entity;
-  bool isClosed = false;
-  for (DBID next = id; next != NODBID && !isClosed; next = _Access->GetNextRecordId (next)) {
-    const dbRecord_Class* record = _Access->GetRecord (next);
-    if (!record || (next != id && OpensEntity (record->GetType ()))) break;
-    isClosed = record->GetType () == DATABASE_EndEntityRecord;
-    if (record->GetType () != DATABASE_NoteRecord) entity.push_back (record);
+  const dbModel_Node* first = _Access->Model ().Lookup (id);
+  if (!first || first->IsOffChain ()) return;
+  // The record at id alone, unless the end of its entity follows.
+  const dbModel_Node* last = first;
+  for (const dbModel_Node* node = first; node; node = node->ChainForward) {
+    const database_RecordType type = node->DBRecord->GetType ();
+    if (node != first && OpensEntity (type)) break;
+    if (type != DATABASE_EndEntityRecord) continue;
+    last = node;
+    break;
   }
-  if (!isClosed && entity.size () > 1) entity.resize (1);
-  _Access->BeginGroup ();
-  for (const dbRecord_Class* record : entity)
-    _Access->AddAction (DBACTION_Delete, record->RecordId, *record);
-  _Access->EndGroup ();
+  dbGroup group (*_Access);
+  for (const dbModel_Node* node = first;; node = node->ChainForward) {
+    const dbRecord_Class& record = *node->DBRecord;
+    if (record.GetType () != DATABASE_NoteRecord)
+      _Access->AddAction (DBACTION_Delete, record.RecordId, record);
+    if (node == last) break;
+  }
+  group.End ();
 }
 
 DBID JobDatabase::AddObservation (dbRecord_Class& record) {
   if (!Assert (_Access != nullptr, "_Access")) return NODBID;
+  const Str own = record.Note;
+  const bool wasInGroup = InGroup ();
   BeginGroup ();
-  record.Note += Lines (_PendingNotes);
-  _PendingNotes.Clear ();
-  return AddRecord (record);
+  DBID id;
+  try {
+    if (_PendingNotes.Count () > 0) {
+      if (!own.IsEmpty () && !EndsWithLineEnd (own)) record.Note += lineEnd;
+      record.Note += Lines (_PendingNotes);
+    }
+    id = AddRecord (record);
+  } catch (...) {
+    record.Note = own;
+    if (!wasInGroup) _Access->CancelOpenGroup ();
+    throw;
+  }
+  if (id == NODBID)
+    record.Note = own;
+  else
+    _PendingNotes.Clear ();
+  return id;
 }
 
 DBID JobDatabase::EndEntity () {
   db_EndEntity end;
-  const DBID id = AddRecord (end);
+  DBID id;
+  try {
+    id = AddRecord (end);
+  } catch (...) {
+    if (_Access) _Access->CancelOpenGroup ();
+    throw;
+  }
   if (_Access) EndGroup ();
   return id;
 }
 
 DBID JobDatabase::EndEntityMarked () {
   const DBID end = EndEntity ();
-  if (!_Access || !_Index) return end;
+  if (!_Access || !_Index || end == NODBID) return end;
   for (DBID id = _Access->GetPreviousRecordId (end); id != NODBID;
        id = _Access->GetPreviousRecordId (id)) {
     const database_RecordType type = GetRecordType (_Access, id);
@@ -272,10 +370,10 @@ DBID JobDatabase::EndEntityMarked () {
 
 DBID JobDatabase::Amend (DBID id, const dbRecord_Class& carrier) {
   if (!Assert (_Access != nullptr, "_Access")) return NODBID;
-  const bool own = !_Access->IsSingleActionMode ();
-  if (own) _Access->BeginGroup ();
+  if (_Access->IsSingleActionMode ()) return _Access->AddAction (DBACTION_Amend, id, carrier);
+  dbGroup group (*_Access);
   const DBID amended = _Access->AddAction (DBACTION_Amend, id, carrier);
-  if (own) _Access->EndGroup ();
+  group.End ();
   return amended;
 }
 

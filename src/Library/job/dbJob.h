@@ -1,10 +1,12 @@
-// A job as the rest of the system holds it.
-// Owns the open job, its header record, the default settings, the notes that wait and the place
-// of the index; offers operations in terms of the survey. Leans on dbaccess.
+// A job as the rest of the system uses it.
+// Owns the open job, its header record, the default settings, the pending notes and the index;
+// offers operations in terms of the survey. Uses dbaccess.
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "Library/job/dbaccess.h"
@@ -17,15 +19,15 @@ class db_Antenna;
 class db_Equipment;
 class db_Target;
 
-/// The index of a job as the job knows it. The index itself lies above this layer and is handed
-/// in; without one, look-ups by name walk the chain.
+/// The interface of a job's index. The index itself belongs to a later layer and is passed in;
+/// without one, look-ups by name use the chain.
 class JobIndex {
  public:
   virtual ~JobIndex () = default;
   /// The job was created or opened; the index borrows its dbAccess. False if there is no room for
   /// another index: the job is then closed again.
   virtual bool Attach (JobDatabase& job) = 0;
-  /// A group was committed.
+  /// A group was committed. It is still open: the index must not change the job here.
   virtual void OnCommit (const dbTransaction& transaction) = 0;
   /// The job is closing: forget it and everything known of it.
   virtual void Clear () = 0;
@@ -67,16 +69,20 @@ class JobDatabase {
   // Opening and closing.
 
   /// Makes a new job file whose first record, DBID 1, is JobHeader () with that name (33 bytes, cut
-  /// back to a whole UTF-8 character). False when the file exists or cannot be made. Raises a Str
-  /// when the note of the header record is too long for a job, before anything is made, and when
-  /// the file could be made but not its header; it is gone again then.
+  /// back to a whole UTF-8 character). False when the file exists or cannot be made, or when the
+  /// header record was refused. Raises a Str when the note of the header record is too long for a
+  /// job, before anything is made, and when the file could be made but not its header. A file that
+  /// was made is deleted again after every failure.
   bool Create (const Str& path, const Str& jobName);
-  /// Opens a job; see GetOpenStatus for the reason of a refusal. A damaged job is refused unless
-  /// the callback of SetOnCorruption has it cut behind its last good frame.
+  /// Opens a job and fills JobHeader () from DBID 1; see GetOpenStatus for the reason of a refusal,
+  /// which leaves JobHeader () empty. A damaged job is refused unless the callback of
+  /// SetOnCorruption has it cut after its last good frame.
   bool Open (const Str& path, bool writable);
   job_OpenStatus GetOpenStatus () const noexcept { return _OpenStatus; }
-  /// Cancels an open group, writes waiting notes, closes file and model, forgets the index.
-  /// Closing twice does nothing. False when something could not be written.
+  /// Cancels an open group, writes pending notes, closes file and model, deletes the index and
+  /// empties JobHeader (). Closing twice does nothing. False when something could not be written,
+  /// and within the callback of SetOnCommit, where it asserts "!_Listener->IsCalling()" and does
+  /// nothing.
   bool Close ();
   bool IsOpen () const noexcept { return _Access != nullptr; }
   /// Null when closed.
@@ -87,9 +93,11 @@ class JobDatabase {
   JobIndex* Index () const noexcept { return _Index; }
   /// Makes the index of each job that is created or opened from now on; empty for none.
   void SetIndexMaker (std::function<std::unique_ptr<JobIndex> ()> maker);
-  /// Called after each commit, when defaults and index know of it.
+  /// Called after each commit, when the group was left: the callback may change the job in groups
+  /// of its own. The commits that it causes are queued and reported after it returns. An exception
+  /// of the callback passes through the operation that ended the group, whose changes stay.
   void SetOnCommit (std::function<void (JobDatabase&, const dbTransaction&)> callback);
-  /// Decides whether a damaged job is cut behind its last good frame.
+  /// Decides whether a damaged job is cut after its last good frame.
   void SetOnCorruption (std::function<bool (JobDatabase&)> callback);
   /// The host links this job to outside data; opening and closing clear the link.
   void SetExternalLink (bool linked) noexcept { _ExternalLink = linked; }
@@ -128,19 +136,22 @@ class JobDatabase {
   DBID AddRecord (dbRecord_Class& record);
   /// Always in a group of its own (in an open group, a level of its own).
   DBID AddRecordInGroup (dbRecord_Class& record);
-  /// Deletes the record at id and every one behind it up to and including the next db_EndEntity,
-  /// in one group; the one record when no db_EndEntity comes before the next entity. Notes stay.
-  /// Asserts "recordId != NODBID".
+  /// Deletes the record at id and every following one up to and including the next db_EndEntity, in
+  /// one group; only the record at id if the next entity or the end of the job comes before a
+  /// db_EndEntity. Notes cannot be deleted and stay. An unknown or deleted id does nothing. Asserts
+  /// "recordId != NODBID".
   void DeleteEntity (DBID id);
-  /// Opens a group, puts all pending notes behind the record's note, one line each, and adds it.
-  /// The group stays open for the records of the entity until EndEntity.
+  /// Opens a group, appends all pending notes to the record's note, one line each, and adds the
+  /// record. The group stays open for the records of the entity until EndEntity. If the record is
+  /// refused, the pending notes are kept and the record has its own note again; after an exception
+  /// the group is cancelled too.
   DBID AddObservation (dbRecord_Class& record);
   /// Adds a db_EndEntity, gives its DBID and closes the group.
   DBID EndEntity ();
   /// The same, and hides the entity's observation in the index.
   DBID EndEntityMarked ();
-  /// The id of the record in force when it is the same (IsEqual) and lies behind the last
-  /// db_EndSurveyStyle; otherwise that of the record, which is added.
+  /// The id of the record in force if it is the same (IsEqual) and was added after the last
+  /// db_EndSurveyStyle; otherwise the id of the record, which is added.
   DBID AddTargetIfNew (db_Target& record);
   DBID AddAntennaIfNew (db_Antenna& record);
   DBID AddEquipmentIfNew (db_Equipment& record);
@@ -151,9 +162,9 @@ class JobDatabase {
   void SetReference (DBID id, DBID value);
   /// Amends id with any carrier or measurement, in a group of its own.
   void SetRecord (DBID id, const dbRecord_Class& carrier);
-  /// The note of id anew: the line, then the lines it had, each followed by "\r\n".
+  /// Replaces the note of id by the line and the lines it had, each followed by "\r\n".
   void AppendToNote (DBID id, const Str& line);
-  /// The note of id anew: the lines, then the lines it had.
+  /// Replaces the note of id by the lines and the lines it had.
   void PrependToNote (DBID id, const StrArray& lines);
   /// Lines for the note of the next observation, or a note of their own when the job closes.
   void AddPendingNotes (const StrArray& lines) { _PendingNotes.Append (lines); }
@@ -181,11 +192,14 @@ class JobDatabase {
  private:
   class JobListener;
 
+  bool OpenFile (const Str& path, bool writable);
   bool Connect ();
   void Forget ();
+  void CloseAfterFailure () noexcept;
   DBID Amend (DBID id, const dbRecord_Class& carrier);
   DBID AddIfNew (dbRecord_Class& record, const dbRecord_Class* inForce);
-  const dbRecord_Class* FindTarget (const char* name) const;
+  const dbRecord_Class* FindTarget (const char* name);
+  const dbRecord_Class* FindTargetOnChain (const char* name);
   DBID ChangeReferenced (DBID observationId, dbRecord_Class& newRecord,
                          DBID* (*reference) (dbRecord_Class*), const char* missing);
   Str NoteOf (DBID id) const;
@@ -199,11 +213,20 @@ class JobDatabase {
   db_JobHeader _JobHeader;
   std::unique_ptr<JobListener> _Listener;
   std::function<std::unique_ptr<JobIndex> ()> _IndexMaker;
-  std::function<void (JobDatabase&, const dbTransaction&)> _OnCommit;
+  // Shared, so that a callback may replace itself while it runs.
+  std::shared_ptr<std::function<void (JobDatabase&, const dbTransaction&)>> _OnCommit;
   std::function<bool (JobDatabase&)> _OnCorruption;
   DefaultRecords _Defaults;
   bool _ExternalLink = false;
   StrArray _PendingNotes;
+
+  // The targets after the last db_EndSurveyStyle, for a job without an index.
+  struct TargetNames {
+    std::map<std::string, DBID, std::less<>> Last;
+    DBID ScannedTo;        // the last record of the chain that was entered
+    uint32_t Changes = 0;  // of the model, when it was
+  };
+  TargetNames _TargetNames;
 };
 
 }  // namespace clxml

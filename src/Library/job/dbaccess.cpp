@@ -1,16 +1,18 @@
-// One open job: its journal and its model behind the group interface.
-// The order of a commit is fixed: model, listener, journal. The frames are made when an action is
-// queued: a record that no journal would hold is refused before it takes a number, and the model
-// may take the action's record over, since the frame has its values already. Leans on dbjournal and
-// dbmodel.
+// One open job: its journal, its model and the group interface.
+// The order of a commit is fixed: model, listener, journal. The frame of an action is made when it
+// is queued: a record too large for a journal is refused before it takes a number, and the model
+// may take over the action's record, since the frame already has its values.
 #include "Library/job/dbaccess.h"
 
+#include <algorithm>
+#include <exception>
 #include <utility>
 
 namespace clxml {
 namespace {
 
 constexpr const char* frameFits = "length <= JOURNAL_MaxFrame";
+constexpr const char* notCalled = "!_IsListenerCalled";
 
 int32_t CurrentThread () { return static_cast<int32_t> (Environment::Get ()->GetCurrentThread ()); }
 
@@ -18,20 +20,43 @@ bool AssertThreadSafe () {
   return Assert (Environment::Get ()->IsThreadSafe (), "Environment::Get()->IsThreadSafe ()");
 }
 
-[[noreturn]] void RaiseUnwritten (const Str& path) {
-  throw Str ("Job file could not be written (disk full?): ") + path;
+[[noreturn]] void RaiseUnwritten (const dbJournal& journal) {
+  if (journal.IsLimitReached ())
+    throw Str ("Job file would exceed its limit of 2147483647 bytes: ") + journal.Path ();
+  throw Str ("Job file could not be written (disk full?): ") + journal.Path ();
 }
 
 }  // namespace
 
 void dbListener::OnCommit (const dbTransaction&) {}
 void dbListener::OnCancel (const dbTransaction&) {}
+void dbListener::OnGroupLeft (dbTransaction&) {}
 
-void dbAccess::Queue::Clear () {
+void dbAccess::Queue::Clear () noexcept {
   Transaction.Clear ();
   Frames.Reset ();
   LastAdded = NODBID;
+  Latest.fill (nullptr);
 }
+
+// Leaves the outermost level of the group at the end of a scope, also after an exception.
+class dbAccess::Leaving {
+ public:
+  Leaving (dbAccess& access, Queue* queue) : _Access (access), _Queue (queue) {}
+  Leaving (const Leaving&) = delete;
+  Leaving& operator= (const Leaving&) = delete;
+  ~Leaving () {
+    if (_Queue) _Queue->Clear ();
+    if (_GivesNumbersBack) _Access._Model.SetNextDBID (_Access._SavedNextDBID);
+    _Access.EndOfGroup ();
+  }
+  void GiveNumbersBack (bool giveBack) { _GivesNumbersBack = giveBack; }
+
+ private:
+  dbAccess& _Access;
+  Queue* _Queue;
+  bool _GivesNumbersBack = false;
+};
 
 dbAccess::~dbAccess () {
   Assert (_GroupNestCount == 0, "_GroupNestCount == 0");
@@ -92,7 +117,7 @@ uint32_t dbAccess::TruncateToLastGood () { return IsOpen () ? _Journal.Truncate 
 bool dbAccess::Replay () {
   _Journal.RewindToRecords ();
   _WasRepaired = false;
-  // Records are made by the million here, and each is given the time that the file has.
+  // Millions of records may be made here, and each gets its time from the file.
   const clock_Hold hold;
   const Pool::Use use (_Model.RecordPool ());
   dbTransaction transaction;
@@ -106,10 +131,9 @@ bool dbAccess::Replay () {
         ApplyReplayed (*action);
     Assert (_Journal.GetLastAppendPosition () != 0, "_Journal._LastGoodAppendPosition != 0");
     _Journal.AcceptPosition ();
-    // Nobody reads the model yet: what this transaction superseded need not wait for the last one.
+    // The model has no readers yet, so superseded records can be freed at once.
     _Model.ReleaseRetired ();
   }
-  _Model.FinishReplay ();
   _WasRepaired = _Journal.IsRepairDetected ();
   _Journal.SetRepairDetected (false);
   return status == JOURNAL_End;
@@ -118,8 +142,8 @@ bool dbAccess::Replay () {
 void dbAccess::ApplyReplayed (dbModel_Action& action) {
   if (action.Type == DBACTION_Foreign) return;
   const DBID id = action.DBRecord->RecordId;
-  // A frame that a repair took out may have been the target: without it the action has taken no
-  // number here.
+  // The target may have been in a frame that a repair removed. The action is skipped then, and its
+  // number is not taken.
   if (_Journal.IsRepairDetected () && action.Type != DBACTION_Add &&
       !_Model.Lookup (action.Target)) {
     LogNumber ("Target record missing from Model.  Target ", action.Target.value);
@@ -130,7 +154,8 @@ void dbAccess::ApplyReplayed (dbModel_Action& action) {
   if (id != expected) {
     LogNumber ("DBID discontinuity.  Expected ", expected.value);
     LogNumber ("-- Actual DBID read ", id.value);
-    if (TakesNumber (action.Type)) _Model.SetNextDBID ({id.value + 1});
+    // The number in the file counts. A lower one than expected must not be given out again.
+    if (TakesNumber (action.Type)) _Model.SetNextDBID ({std::max (id.value + 1, expected.value)});
   }
   _Model.Apply (action, ApplyMode::Replay);
 }
@@ -143,7 +168,7 @@ dbAccess::Queue* dbAccess::CurrentQueue () {
   return queue.get ();
 }
 
-const dbAccess::Queue* dbAccess::OpenQueue () const noexcept {
+dbAccess::Queue* dbAccess::OpenQueue () const noexcept {
   const int32_t thread = CurrentThread ();
   if (!InGroup () || thread < 0 || thread >= ThreadCount) return nullptr;
   return _Transactions[static_cast<std::size_t> (thread)].get ();
@@ -151,6 +176,7 @@ const dbAccess::Queue* dbAccess::OpenQueue () const noexcept {
 
 void dbAccess::BeginGroup () {
   AssertThreadSafe ();
+  if (!Assert (!_IsListenerCalled, notCalled)) return;
   if (_GroupNestCount == 0) {
     _SavedNextDBID = _Model.PeekNextDBID ();
     _GroupStartThread = CurrentThread ();
@@ -167,22 +193,45 @@ void dbAccess::EndGroup () {
   if (!Assert (CurrentThread () == _GroupStartThread,
                "Environment::Get()->GetCurrentThread() == _GroupStartThread"))
     return;
+  if (!Assert (!_IsListenerCalled, notCalled)) return;
   if (_GroupNestCount > 1) {
     _GroupNestCount--;
     return;
   }
-  bool written = true;
-  Queue* queue = CurrentQueue ();
-  if (queue && !queue->Transaction.IsEmpty ()) {
-    dbListener* listener = _SingleActionMode ? nullptr : _Listener;
-    _Model.ApplyTransaction (queue->Transaction, listener ? ApplyMode::Copy : ApplyMode::Take);
-    if (listener) listener->OnCommit (queue->Transaction);
-    journal_Seal (queue->Frames);
-    written = _Journal.WriteFrames (queue->Frames);
-    queue->Clear ();
+  Queue* queue = OpenQueue ();
+  if (!queue || queue->Transaction.IsEmpty ()) {
+    EndOfGroup ();
+    return;
   }
-  EndOfGroup ();
-  if (!written && _SingleActionMode) RaiseUnwritten (_Journal.Path ());
+  dbListener* listener = _SingleActionMode ? nullptr : _Listener;
+  dbTransaction committed;
+  if (!Commit (*queue, listener, committed) && _SingleActionMode) RaiseUnwritten (_Journal);
+  // The listener may close the job: nothing of this object is used after it.
+  if (listener) listener->OnGroupLeft (committed);
+}
+
+// Gives the group to model, listener and journal and leaves it, whatever the listener throws. False
+// when a flush left bytes unwritten.
+bool dbAccess::Commit (Queue& queue, dbListener* listener, dbTransaction& committed) {
+  Leaving leaving (*this, &queue);
+  journal_Seal (queue.Frames);
+  // From the change of the model on, running out of memory must not keep the frames from the
+  // journal: it makes room for them first.
+  leaving.GiveNumbersBack (true);
+  _Journal.ReserveOutput (queue.Frames);
+  leaving.GiveNumbersBack (false);
+  std::exception_ptr failure;
+  try {
+    _Model.ApplyTransaction (queue.Transaction, listener ? ApplyMode::Copy : ApplyMode::Take);
+    _IsListenerCalled = true;
+    if (listener) listener->OnCommit (queue.Transaction);
+  } catch (...) {
+    failure = std::current_exception ();
+  }
+  const bool written = _Journal.WriteFrames (queue.Frames);
+  if (failure) std::rethrow_exception (failure);
+  if (listener) committed = std::move (queue.Transaction);
+  return written;
 }
 
 void dbAccess::CancelGroup () {
@@ -191,28 +240,39 @@ void dbAccess::CancelGroup () {
   if (!Assert (CurrentThread () == _GroupStartThread,
                "Environment::Get()->GetCurrentThread() == _GroupStartThread"))
     return;
+  if (!Assert (!_IsListenerCalled, notCalled)) return;
   bool written = true;
-  Queue* queue = CurrentQueue ();
-  if (queue && !queue->Transaction.IsEmpty ()) {
-    if (_Listener && !_SingleActionMode) _Listener->OnCancel (queue->Transaction);
-    queue->Transaction.MarkCancelled ();
-    journal_Seal (queue->Frames, ACTION_TransactionCancelled);
-    written = _Journal.WriteFrames (queue->Frames);
-    queue->Clear ();
+  {
+    Queue* queue = OpenQueue ();
+    Leaving leaving (*this, queue);
+    leaving.GiveNumbersBack (true);
+    if (queue && !queue->Transaction.IsEmpty ()) {
+      std::exception_ptr failure;
+      try {
+        _IsListenerCalled = true;
+        if (_Listener && !_SingleActionMode) _Listener->OnCancel (queue->Transaction);
+      } catch (...) {
+        failure = std::current_exception ();
+      }
+      queue->Transaction.MarkCancelled ();
+      journal_Seal (queue->Frames, ACTION_TransactionCancelled);
+      written = _Journal.WriteFrames (queue->Frames);
+      if (failure) std::rethrow_exception (failure);
+    }
   }
-  _Model.SetNextDBID (_SavedNextDBID);
-  EndOfGroup ();
-  if (!written && _SingleActionMode) RaiseUnwritten (_Journal.Path ());
+  if (!written && _SingleActionMode) RaiseUnwritten (_Journal);
 }
 
-void dbAccess::CancelOpenGroup () {
+void dbAccess::CancelOpenGroup () noexcept {
   if (!InGroup ()) return;
   if (_GroupStartThread == CurrentThread ()) {
     _GroupNestCount = 1;
     try {
       CancelGroup ();
     } catch (const Str&) {
-      // The frames wait in the journal, whose closing tells of them.
+      // The frames are still in the journal's buffer; its closing reports them.
+    } catch (...) {
+      Environment::Get ()->LogMessage ("A listener failed while an open group was cancelled");
     }
     return;
   }
@@ -225,6 +285,7 @@ void dbAccess::CancelOpenGroup () {
 void dbAccess::EndOfGroup () noexcept {
   _GroupNestCount = 0;
   _GroupStartThread = -1;
+  _IsListenerCalled = false;
 }
 
 DBID dbAccess::AddAction (dbModel_Verb verb, DBID target, const dbRecord_Class& record) {
@@ -247,6 +308,7 @@ DBID dbAccess::AddAction (dbModel_Verb verb, DBID target, std::unique_ptr<dbReco
   if (!Assert (_GroupStartThread == CurrentThread (),
                "_GroupStartThread == Environment::Get()->GetCurrentThread()"))
     return NODBID;
+  if (!Assert (!_IsListenerCalled, notCalled)) return NODBID;
   Queue* queue = CurrentQueue ();
   if (!queue) return NODBID;
   std::unique_ptr<dbModel_Action> action = queue->Transaction.NewAction ();
@@ -256,11 +318,12 @@ DBID dbAccess::AddAction (dbModel_Verb verb, DBID target, std::unique_ptr<dbReco
   if (!AppendFrame (queue->Frames, *action)) return NODBID;
   const DBID id = action->DBRecord->RecordId;
   if (verb == DBACTION_Add) queue->LastAdded = id;
+  queue->Latest[action->DBRecord->GetType ()] = action.get ();
   queue->Transaction.Add (std::move (action));
   return id;
 }
 
-// The way of a bulk import: no transaction is made for one action, and nothing is allocated.
+// For a bulk import: no transaction is made for one action, and nothing is allocated.
 DBID dbAccess::AddLone (dbModel_Verb verb, DBID target, std::unique_ptr<dbRecord_Class> record) {
   AssertThreadSafe ();
   _Lone.Type = verb;
@@ -272,12 +335,12 @@ DBID dbAccess::AddLone (dbModel_Verb verb, DBID target, std::unique_ptr<dbRecord
   _Model.Apply (_Lone, ApplyMode::Take);
   _Lone.DBRecord.reset ();
   journal_Seal (_LoneFrame);
-  if (!_Journal.WriteFrames (_LoneFrame)) RaiseUnwritten (_Journal.Path ());
+  if (!_Journal.WriteFrames (_LoneFrame)) RaiseUnwritten (_Journal);
   return id;
 }
 
-// Gives the action's record its DBID and makes its frame. False when it does not fit a journal: no
-// number is then taken.
+// Sets the DBID of the action's record and makes its frame. False if the frame is too long for a
+// journal; no number is taken then.
 bool dbAccess::AppendFrame (OutBuffer& frames, const dbModel_Action& action) {
   DBID id = NODBID;
   if (TakesNumber (action.Type))
@@ -328,12 +391,8 @@ DBID dbAccess::GetFirstOfType (database_RecordType type) const noexcept {
 }
 
 const dbModel_Action* dbAccess::LatestAction (database_RecordType type) const noexcept {
-  const dbModel_Action* latest = nullptr;
   const Queue* queue = OpenQueue ();
-  for (const dbModel_Action* action = queue ? queue->Transaction.First () : nullptr; action;
-       action = action->Next.get ())
-    if (action->DBRecord->GetType () == type) latest = action;
-  return latest;
+  return queue && type <= DATABASE_AllRecords ? queue->Latest[type] : nullptr;
 }
 
 DBID dbAccess::GetLastOfType (database_RecordType type) const noexcept {
@@ -349,6 +408,25 @@ const dbRecord_Class* dbAccess::GetLatestRecord (database_RecordType type) const
 void dbAccess::SetSingleActionMode () {
   _SingleActionMode = true;
   _Journal.PutOffMedium ();
+}
+
+dbGroup::dbGroup (dbAccess& access) : _Access (&access) {
+  const int32_t before = access.GroupNestCount ();
+  access.BeginGroup ();
+  if (access.GroupNestCount () == before) _Access = nullptr;
+}
+
+dbGroup::~dbGroup () {
+  if (!_Access) return;
+  if (_Access->GroupNestCount () == 1)
+    _Access->CancelOpenGroup ();
+  else
+    _Access->EndGroup ();
+}
+
+void dbGroup::End () {
+  // EndGroup leaves the group also when it throws.
+  if (dbAccess* access = std::exchange (_Access, nullptr)) access->EndGroup ();
 }
 
 }  // namespace clxml

@@ -1,6 +1,6 @@
-// One open job: its journal and its model behind the group interface.
-// Opens, replays and closes a job file, and gathers changes into groups that reach model and
-// journal as a whole. Leans on dbjournal and dbmodel.
+// One open job: its journal, its model and the group interface.
+// Opens, replays and closes a job file, and collects changes in groups that reach the model and the
+// journal as a whole. Uses dbjournal and dbmodel.
 #pragma once
 
 #include <array>
@@ -21,14 +21,20 @@ enum job_OpenStatus : int32_t {
   JOBOPEN_Corrupt = 6,       ///< replayed up to a hard fault
 };
 
-/// Hears of groups; both operations do nothing by default.
+/// Is called at the end of groups that have actions. All operations do nothing by default. An
+/// exception of a listener passes through EndGroup or CancelGroup after the group was left and
+/// given to the journal.
 class dbListener {
  public:
   virtual ~dbListener () = default;
-  /// The model is already in the new state, the journal has nothing yet.
+  /// The model is already in the new state, the journal has nothing yet. The group is still open:
+  /// a change of the job asserts "!_IsListenerCalled" and is refused.
   virtual void OnCommit (const dbTransaction& transaction);
-  /// The model has seen nothing.
+  /// The model is unchanged. The group is still open, as in OnCommit.
   virtual void OnCancel (const dbTransaction& transaction);
+  /// The committed group was left and the journal has it. The listener may take the actions, open
+  /// another group, and close the job.
+  virtual void OnGroupLeft (dbTransaction& transaction);
 };
 
 /// A job has one writer at a time, the thread that opened the group; every group operation asserts
@@ -68,14 +74,15 @@ class dbAccess {
   bool WasRepaired () const noexcept { return _WasRepaired; }
 
   void BeginGroup ();
-  /// Ends one level; at the outermost level the model applies the actions, the listener hears of
-  /// them, and the journal gets their frames. In single-action mode frames that a flush could not
-  /// write raise a Str, when the group has ended.
+  /// Ends one level. At the outermost level the model applies the actions, the listener's OnCommit
+  /// is called, the journal gets the frames, the group is left, and OnGroupLeft is called. An
+  /// exception leaves the group too. In single-action mode frames that a flush could not write
+  /// raise a Str, after the group was left.
   void EndGroup ();
   /// Drops the group; asserts "_GroupNestCount == 1". Its numbers are given back.
   void CancelGroup ();
-  /// Drops an open group of any level, for closing: nothing is asserted and nothing raised.
-  void CancelOpenGroup ();
+  /// Drops an open group of any level without an assertion or exception, for closing.
+  void CancelOpenGroup () noexcept;
   bool InGroup () const noexcept { return _GroupNestCount > 0; }
   int32_t GroupNestCount () const noexcept { return _GroupNestCount; }
 
@@ -119,17 +126,21 @@ class dbAccess {
   void ReleaseRetired () { _Model.ReleaseRetired (); }
 
  private:
-  /// What one thread has queued: the actions, and their frames as the journal will get them.
+  /// The actions that one thread has queued, and their frames for the journal.
   struct Queue {
     dbTransaction Transaction;
     OutBuffer Frames{ENDIAN_Little};
     DBID LastAdded;
-    void Clear ();
+    /// The last action of each record type; null for none.
+    std::array<const dbModel_Action*, DATABASE_AllRecords + 1> Latest{};
+    void Clear () noexcept;
   };
+  class Leaving;
   static constexpr int ThreadCount = 30;
 
   Queue* CurrentQueue ();
-  const Queue* OpenQueue () const noexcept;
+  Queue* OpenQueue () const noexcept;
+  bool Commit (Queue& queue, dbListener* listener, dbTransaction& committed);
   const dbModel_Action* LatestAction (database_RecordType type) const noexcept;
   DBID AddLone (dbModel_Verb verb, DBID target, std::unique_ptr<dbRecord_Class> record);
   bool AppendFrame (OutBuffer& frames, const dbModel_Action& action);
@@ -144,11 +155,27 @@ class dbAccess {
   int32_t _GroupNestCount = 0;
   DBID _SavedNextDBID;
   int32_t _GroupStartThread = -1;
+  bool _IsListenerCalled = false;
   job_OpenStatus _OpenStatus = JOBOPEN_CannotOpen;
   dbListener* _Listener = nullptr;
   std::array<std::unique_ptr<Queue>, ThreadCount> _Transactions;  // made on first use
   dbModel_Action _Lone;  // of single-action mode, used again and again
   OutBuffer _LoneFrame{ENDIAN_Little};
+};
+
+/// One level of a group for the time of a scope. Without End, that is after an exception, the
+/// destructor cancels the group, or ends this level if it is nested. The job may be closed between
+/// End and the destructor.
+class dbGroup {
+ public:
+  explicit dbGroup (dbAccess& access);
+  dbGroup (const dbGroup&) = delete;
+  dbGroup& operator= (const dbGroup&) = delete;
+  ~dbGroup ();
+  void End ();
+
+ private:
+  dbAccess* _Access;  // null if the level was not begun, and after its end
 };
 
 }  // namespace clxml

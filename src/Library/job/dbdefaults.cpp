@@ -1,5 +1,5 @@
-// Default settings: what a new job starts with and what the last one left.
-// Kept as records in memory, and in a file that is a journal of one transaction. Leans on dbJob.
+// Default settings: the values of a new job, and the last used values of earlier ones.
+// They are records in memory; their file is a journal of one transaction.
 #include <utility>
 
 #include "Library/job/dbJob.h"
@@ -88,7 +88,7 @@ void JobDatabase::WriteSettingsToJob () {
   if (!Assert (_Access != nullptr, "_Access") ||
       !Assert (!this->InTransaction (), "!this->InTransaction()"))
     return;
-  _Access->BeginGroup ();
+  dbGroup group (*_Access);
   for (const database_RecordType type :
        {DATABASE_UnitsRecord, DATABASE_CodingRecord, DATABASE_CorrectionsRecord,
         DATABASE_DescriptionsDefinitionRecord}) {
@@ -103,7 +103,7 @@ void JobDatabase::WriteSettingsToJob () {
       _Defaults.Store (*present);
     }
   }
-  _Access->EndGroup ();
+  group.End ();
 }
 
 }  // namespace clxml

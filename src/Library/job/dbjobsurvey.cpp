@@ -1,7 +1,8 @@
 // Targets, antennas and equipment of a job.
-// What is in force is stored once; giving one observation another target or antenna leaves those
-// behind it as they were. Leans on dbJob.
+// A record in force is stored once. Changing the target or antenna of one observation leaves the
+// later ones unchanged.
 #include <cstring>
+#include <string_view>
 
 #include "Library/job/dbJob.h"
 #include "Library/job/dbjoblistener.h"
@@ -26,22 +27,39 @@ DBID* AntennaOf (dbRecord_Class* measurement) {
 
 }  // namespace
 
-// The target of that name that was added last, unless the survey style in which it was has ended.
-const dbRecord_Class* JobDatabase::FindTarget (const char* name) const {
-  const auto isIt = [name] (const dbRecord_Class* record) {
-    const db_Target* target = db_Target::From (record);
-    return target && std::strcmp (target->GetName (), name) == 0;
-  };
-  // One that waits in the open group is in no index and on no chain yet.
-  const dbRecord_Class* latest = _Access->GetLatestRecord (DATABASE_TargetRecord);
-  if (isIt (latest)) return latest;
+// The target of that name that was added last, unless its survey style has ended.
+const dbRecord_Class* JobDatabase::FindTarget (const char* name) {
+  // A target of the open group is neither in an index nor on the chain yet.
+  const db_Target* latest = db_Target::From (_Access->GetLatestRecord (DATABASE_TargetRecord));
+  if (latest && std::strcmp (latest->GetName (), name) == 0) return latest;
   if (_Index) return _Access->GetRecord (_Index->FindTarget (name));
-  for (const dbModel_Node* node = _Access->Model ().MainThread ().Back (); node;
-       node = node->ChainBack) {
-    if (isIt (node->DBRecord.get ())) return node->DBRecord.get ();
-    if (node->DBRecord->GetType () == DATABASE_EndStyleRecord) break;
+  return FindTargetOnChain (name);
+}
+
+// Constant time on average: the names are entered as the chain grows, and from the start again only
+// after a target or the end of a survey style was not added at the back.
+const dbRecord_Class* JobDatabase::FindTargetOnChain (const char* name) {
+  const dbModel& model = _Access->Model ();
+  const uint32_t changes =
+      model.ChangeCount (DATABASE_TargetRecord) + model.ChangeCount (DATABASE_EndStyleRecord);
+  const dbModel_Node* node = model.Lookup (_TargetNames.ScannedTo);
+  if (!node || node->IsOffChain () || changes != _TargetNames.Changes) {
+    _TargetNames = {};
+    _TargetNames.Changes = changes;
+    node = model.MainThread ().Front ();
+  } else {
+    node = node->ChainForward;
   }
-  return nullptr;
+  for (; node; node = node->ChainForward) {
+    const dbRecord_Class* record = node->DBRecord.get ();
+    if (record->GetType () == DATABASE_EndStyleRecord)
+      _TargetNames.Last.clear ();
+    else if (const db_Target* target = db_Target::From (record))
+      _TargetNames.Last.insert_or_assign (target->GetName (), target->RecordId);
+    _TargetNames.ScannedTo = record->RecordId;
+  }
+  const auto found = _TargetNames.Last.find (std::string_view (name));
+  return found == _TargetNames.Last.end () ? nullptr : _Access->GetRecord (found->second);
 }
 
 DBID JobDatabase::AddIfNew (dbRecord_Class& record, const dbRecord_Class* inForce) {
@@ -78,7 +96,7 @@ DBID JobDatabase::ChangeAntenna (DBID observationId, db_Antenna& newAntenna) {
 DBID JobDatabase::ChangeReferenced (DBID observationId, dbRecord_Class& newRecord,
                                     DBID* (*reference) (dbRecord_Class*), const char* missing) {
   if (!Assert (_Access != nullptr, "_Access")) return NODBID;
-  // Looked at only: what changes goes through actions.
+  // The measurement is only read; it is changed by actions.
   const auto referenceOf = [&] (DBID id) {
     const db_Observation* observation = db_Observation::From (_Access->GetRecord (id));
     const DBID* used = observation
@@ -96,14 +114,14 @@ DBID JobDatabase::ChangeReferenced (DBID observationId, dbRecord_Class& newRecor
   const DBID newId = AddRecord (newRecord);
   SetReference (observationId, newId);
   const DBID againId = AddRecord (*oldCopy);
-  _Access->BeginGroup ();
+  dbGroup group (*_Access);
   for (const dbModel_Node* node = _Access->Model ().MainThread ().Back (); node;
        node = node->ChainBack) {
     const DBID id = node->DBRecord->RecordId;
     if (id == observationId) break;
     if (referenceOf (id) == oldId) SetReference (id, againId);
   }
-  _Access->EndGroup ();
+  group.End ();
   return newId;
 }
 

@@ -1,9 +1,9 @@
 // Writing the job file.
 //
-// Behind the 48-byte header stand frames, and nothing else. All numbers are little-endian.
+// The file is a 48-byte header followed by frames. All numbers are little-endian.
 //
 // Offset     Width Field
-//      0         4 Length  bytes that follow, CRC included; 12 to 524288 to be believed
+//      0         4 Length  bytes that follow, CRC included; 12 to 524288
 //      4         1 Flags   1 first of a transaction, 2 last, 4 last of a cancelled group (so 6 or
 //                          7); 0xBF a frame that a manual repair took out
 //      5         2 Action  10800 to 10806
@@ -11,10 +11,10 @@
 //     11         n record body, which starts with its type (2) and DBID (4); absent in action 10805
 // Length + 2     2 CRC     CRC-16/ARC from Flags to the end of the body
 //
-// Frames are only ever appended. They gather in a buffer; a flush is one write behind the last
-// whole transaction. When it fails, the file is cut back to where it began and the bytes stay in
-// the buffer, so that the next flush starts over. A tail that no replay accepted is cut off before
-// the first flush: shorter frames written over it would leave its rest behind them.
+// Frames are only appended. They are collected in a buffer; a flush is one write after the last
+// whole transaction. If it fails, the file is cut back to the position of the write and the bytes
+// stay in the buffer, so that the next flush starts again. A tail that the replay did not accept is
+// cut off before the first flush, since shorter frames would leave a part of it after them.
 #include "Library/job/dbjournal.h"
 
 #include <algorithm>
@@ -103,7 +103,7 @@ bool dbJournal::Create (const Str& path, const FileHeader& header) {
   if (!_File.Create (path)) return false;
   if (!header.Write (_File)) {
     _File.Close ();
-    _File.Delete ();
+    _File.DeleteCreated ();
     _HeaderFailed = true;
     return false;
   }
@@ -136,7 +136,8 @@ void dbJournal::Opened (bool writable) {
   _FlushTime = neverFlush;
   _AppendPosition = _LastGoodAppendPosition = _File.Tell ();
   _Size = _File.GetSize ();
-  _OutputOnHold = _RepairDetected = _MediumPutOff = _MediumOwed = _MediumFailed = false;
+  _OutputOnHold = _RepairDetected = _LimitReached = _MediumPutOff = _MediumOwed = _MediumFailed =
+      false;
   RewindToRecords ();
 }
 
@@ -153,6 +154,7 @@ bool dbJournal::Close () {
   _OutputBuffer = OutBuffer (ENDIAN_Little);
   _Window = {};
   _WindowLength = 0;
+  _IsNumberTaken = {};
   return isWhole;
 }
 
@@ -192,6 +194,12 @@ bool dbJournal::WriteFrames (const OutBuffer& frames) {
   return FlushIfFull ();
 }
 
+void dbJournal::ReserveOutput (const OutBuffer& frames) {
+  const int length = _OutputBuffer.Length ();
+  _OutputBuffer.Append (frames);
+  _OutputBuffer.Shorten (length);
+}
+
 bool dbJournal::FlushIfFull () {
   if (!Assert (_File.IsOpen (), "_File.IsOpen()")) return false;
   return _OutputBuffer.Length () <= JOURNAL_FlushThreshold || Flush ();
@@ -201,17 +209,22 @@ bool dbJournal::Flush () {
   const auto length = static_cast<uint32_t> (_OutputBuffer.Length ());
   if (!_Writable) return length == 0;
   if (length == 0) return _MediumPutOff || !_MediumOwed || AskMedium ();
-  bool written =
-      _AppendPosition <= JOURNAL_MaxFileSize && length <= JOURNAL_MaxFileSize - _AppendPosition;
-  if (written && _Size > _AppendPosition) {
+  _LimitReached =
+      _AppendPosition > JOURNAL_MaxFileSize || length > JOURNAL_MaxFileSize - _AppendPosition;
+  if (_LimitReached) {
+    LogNumber ("Journal write refused (limit of 2147483647 bytes reached) at filepos",
+               _AppendPosition);
+    return false;
+  }
+  bool written = true;
+  if (_Size > _AppendPosition) {
     written = _File.Truncate (_AppendPosition);
     if (written) _Size = _AppendPosition;
   }
   if (written) {
     _File.Seek (_AppendPosition);
     written = _File.Write (_OutputBuffer.Data (), length);
-    // What part of it went out is of no use to anybody: a job that is closed now ends in a whole
-    // frame.
+    // Removes the partly written bytes, so that the file ends with a whole frame.
     if (!written) _File.Truncate (_AppendPosition);
   }
   if (!written) {
@@ -226,7 +239,7 @@ bool dbJournal::Flush () {
   return _MediumPutOff || AskMedium ();
 }
 
-// A medium that failed once may have lost what was written before: that stays known.
+// A medium that failed once may have lost earlier writes, so the failure is kept.
 bool dbJournal::AskMedium () {
   _MediumOwed = false;
   if (!_File.Flush ()) _MediumFailed = true;
@@ -285,7 +298,7 @@ bool dbJournal::CopyTo (const Str& path) {
   }
   good = good && copy.Flush ();
   copy.Close ();
-  if (!good) copy.Delete ();
+  if (!good) copy.DeleteCreated ();
   return good;
 }
 

@@ -1,6 +1,6 @@
 // The job file: a journal of framed, checksummed transactions.
-// Owns the open file, the buffer in front of it and the two append positions; writes frames and
-// reads them back. What an action means is the model's business. Leans on file, filehdr, dbmodel.
+// Owns the open file, the output buffer and the two append positions; writes frames and reads them
+// back. The meaning of an action is defined by the model. Uses file, filehdr and dbmodel.
 #pragma once
 
 #include <cstdint>
@@ -23,12 +23,12 @@ enum journal_Status : int32_t {
   JOURNAL_Corrupt = 4,    ///< a frame that cannot be read
 };
 
-/// The bytes behind the length of a frame, for it to be believed.
+/// The least and the greatest number of bytes after the length of a frame.
 inline constexpr uint32_t JOURNAL_MinFrame = 12;
 inline constexpr uint32_t JOURNAL_MaxFrame = 524288;
 /// The flag byte of a frame that a manual repair of the file took out.
 inline constexpr uint8_t JOURNAL_Hammered = 0xBF;
-/// Positions are signed 32 bits: a job file ends here at the latest.
+/// Positions are signed 32-bit numbers, which limits the size of a job file.
 inline constexpr uint32_t JOURNAL_MaxFileSize = 2147483647;
 /// Bytes that wait for the file before it is written without being asked.
 inline constexpr int32_t JOURNAL_FlushThreshold = 40960;
@@ -80,6 +80,8 @@ class dbJournal {
   bool WriteTransaction (const dbTransaction& transaction);
   /// The same with frames that journal_AppendFrame and journal_Seal made.
   bool WriteFrames (const OutBuffer& frames);
+  /// Makes room in the buffer, so that WriteFrames allocates nothing for these frames.
+  void ReserveOutput (const OutBuffer& frames);
   /// Fills transaction with the next one of the file; false when there is none, and status tells.
   /// Faults are logged; status 4 ends writing until Truncate.
   bool ReadTransaction (dbTransaction& transaction, journal_Status& status);
@@ -88,15 +90,18 @@ class dbJournal {
   bool ReadNext (dbTransaction& transaction, dbModel_Action& single, journal_Status& status);
   /// Fills action with the next frame; false when there is none (status 1 or 4).
   ///
-  /// Beyond the frame itself, a frame whose verb takes a DBID is damaged when that is 0, one that
-  /// the file gave out before, or more than the file can hold up to there.
+  /// A frame whose verb takes a DBID is also damaged if that number is 0, was taken by an earlier
+  /// good transaction, or is higher than the number of frames that fit in the file up to there.
   bool ReadRecord (dbModel_Action& action, journal_Status& status);
   /// Goes back to the first frame.
   void RewindToRecords ();
 
   /// Writes what waits, if the file may be written, and asks the medium unless that is put off.
-  /// False when bytes remain: the next flush starts the same bytes at the same place.
+  /// False when bytes remain: the next flush writes the same bytes at the same position. Bytes
+  /// that would pass JOURNAL_MaxFileSize are not written at all.
   bool Flush ();
+  /// The last flush failed because the file would have passed JOURNAL_MaxFileSize.
+  bool IsLimitReached () const noexcept { return _LimitReached; }
   /// Flushes when more than JOURNAL_FlushThreshold bytes wait; needs an open file.
   bool FlushIfFull ();
   /// Flushes, and asks the medium for all that was ever written.
@@ -139,6 +144,7 @@ class dbJournal {
   bool Fault (journal_Status& status, const char* text, uint32_t position);
   static bool Decode (const uint8_t* frame, uint32_t length, dbModel_Action& action);
   bool CheckNumber (const dbModel_Action& action);
+  void ForgetNumbers () noexcept;
   void Complain (const char* text, uint32_t position) const;
   void Opened (bool writable);
   bool AskMedium ();
@@ -156,17 +162,18 @@ class dbJournal {
   bool _OpenedForWriting = false;
   bool _RepairDetected = false;
   bool _HeaderFailed = false;
+  bool _LimitReached = false;
   bool _MediumPutOff = false;
   bool _MediumOwed = false;    // bytes were written that no medium was asked for
   bool _MediumFailed = false;  // it was asked, and refused
 
-  // Reading: a piece of the file, and where in it the next frame stands.
+  // Reading: a part of the file, and the position of the next frame.
   std::vector<uint8_t> _Window;
   uint32_t _WindowStart = 0;
   uint32_t _WindowLength = 0;
   uint32_t _ReadPosition = 0;
-  uint32_t _NumberOfTransaction = 0;  // highest DBID of the transaction being read
-  uint32_t _NumberAccepted = 0;       // highest DBID of the good transactions before it
+  std::vector<bool> _IsNumberTaken;             // by DBID
+  std::vector<uint32_t> _NumbersOfTransaction;  // taken by the transaction that is being read
 };
 
 }  // namespace clxml

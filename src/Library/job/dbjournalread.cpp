@@ -1,14 +1,14 @@
 // Reading the job file.
 //
-// A frame is believed when all of it stands in the file, its length is within bounds, its checksum
-// fits, its action is one that occurs, and its body loads as a record of a known type within the
-// bytes in front of the checksum. Its DBID, where the action takes one, must not be 0, must lie
-// above every DBID that a good transaction gave out before, and cannot be more than the frames that
-// the file has room for up to there: numbers rise in every job, and a look-up table is made from
-// them. What stands behind a frame has no say in it, so that a job opens clean once it was cut.
+// A frame is accepted if the file has all of it, its length is within bounds, its checksum fits,
+// its action is a valid one, and its body loads as a record of a known type within the bytes before
+// the checksum. The DBID of an action that takes one must not be 0, must not have been taken by an
+// earlier good transaction, and must not exceed the number of frames that fit in the file up to
+// there, since the look-up table grows with it. It may be lower than an earlier one. Only earlier
+// frames are used, so a job that was cut at a frame boundary opens clean.
 //
-// The first frame that is not believed ends reading: what follows cannot be found for sure. The
-// file is read in large pieces, and a frame is read where it stands in one.
+// Reading ends at the first frame that is not accepted, because the start of the next one is not
+// known. The file is read in large parts, and frames are decoded in place.
 #include <algorithm>
 #include <cstring>
 
@@ -37,7 +37,8 @@ uint32_t UInt32At (const uint8_t* p) {
 void dbJournal::RewindToRecords () {
   _ReadPosition = FILEHDR_SizeOnDisk;
   _WindowLength = 0;
-  _NumberAccepted = _NumberOfTransaction = 0;
+  _IsNumberTaken.clear ();
+  _NumbersOfTransaction.clear ();
 }
 
 // The n bytes at the read position, or as many as there are.
@@ -91,13 +92,22 @@ inline bool dbJournal::Decode (const uint8_t* frame, uint32_t length, dbModel_Ac
 }
 
 inline bool dbJournal::CheckNumber (const dbModel_Action& action) {
-  if ((action.Flags & ACTION_TransactionStart) != 0) _NumberOfTransaction = _NumberAccepted;
+  if ((action.Flags & ACTION_TransactionStart) != 0) ForgetNumbers ();
   if (!TakesNumber (action.Type)) return true;
   const uint32_t number = action.DBRecord->RecordId.value;
   const uint32_t room = (_ReadPosition - FILEHDR_SizeOnDisk) / leastFrame;
-  if (number <= _NumberOfTransaction || number > room) return false;
-  _NumberOfTransaction = number;
+  if (number == 0 || number > room) return false;
+  if (number >= _IsNumberTaken.size ()) _IsNumberTaken.resize (std::size_t{number} + 1);
+  if (_IsNumberTaken[number]) return false;
+  _IsNumberTaken[number] = true;
+  _NumbersOfTransaction.push_back (number);
   return true;
+}
+
+// A dropped transaction gives its numbers back.
+void dbJournal::ForgetNumbers () noexcept {
+  for (const uint32_t number : _NumbersOfTransaction) _IsNumberTaken[number] = false;
+  _NumbersOfTransaction.clear ();
 }
 
 bool dbJournal::ReadRecord (dbModel_Action& action, journal_Status& status) {
@@ -147,14 +157,13 @@ bool dbJournal::ReadTransaction (dbTransaction& transaction, journal_Status& sta
 bool dbJournal::ReadNext (dbTransaction& transaction, dbModel_Action& single,
                           journal_Status& status) {
   if (!transaction.IsEmpty ()) transaction.Clear ();
-  // Frames of a transaction that was dropped gave out no number.
-  _NumberOfTransaction = _NumberAccepted;
+  ForgetNumbers ();
   if (!ReadRecord (single, status)) {
     if (status == JOURNAL_Corrupt) _Writable = false;
     return false;
   }
   if (single.Flags == (ACTION_TransactionStart | ACTION_TransactionEnd)) {
-    _NumberAccepted = _NumberOfTransaction;
+    _NumbersOfTransaction.clear ();
     return true;
   }
   std::unique_ptr<dbModel_Action> action = transaction.NewAction ();
@@ -184,7 +193,7 @@ bool dbJournal::ReadNext (dbTransaction& transaction, dbModel_Action& single,
     transaction.Add (std::move (action));
   }
   if (cancelled && status == JOURNAL_Ok) status = JOURNAL_Cancelled;
-  if (status == JOURNAL_Ok) _NumberAccepted = _NumberOfTransaction;
+  if (status == JOURNAL_Ok) _NumbersOfTransaction.clear ();
   return true;
 }
 

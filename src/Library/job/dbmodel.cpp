@@ -1,6 +1,5 @@
-// Actions, transactions, and the places of the model's records.
-// The chain and the look-up table: where a record stands and how it is found. What an action does
-// to them is dbmodelapply's. Leans on dbmodel.
+// Actions, transactions, and the chain and look-up table of the model.
+// The effect of an action on them is in dbmodelapply.cpp.
 #include "Library/job/dbmodel.h"
 
 #include <utility>
@@ -16,6 +15,18 @@ constexpr int maxSpareActions = 16;
 dbModel_Action::dbModel_Action (dbModel_Verb verb, DBID target,
                                 std::unique_ptr<dbRecord_Class> record)
     : Type (verb), Target (target), DBRecord (std::move (record)) {}
+
+dbTransaction::dbTransaction (dbTransaction&& other) noexcept
+    : _FirstAction (std::move (other._FirstAction)),
+      _LastAction (std::exchange (other._LastAction, nullptr)) {}
+
+dbTransaction& dbTransaction::operator= (dbTransaction&& other) noexcept {
+  if (this == &other) return *this;
+  Clear ();
+  _FirstAction = std::move (other._FirstAction);
+  _LastAction = std::exchange (other._LastAction, nullptr);
+  return *this;
+}
 
 dbTransaction::~dbTransaction () { Clear (); }
 
@@ -125,19 +136,6 @@ void dbModel::ApplyTransaction (dbTransaction& transaction, ApplyMode mode) {
     Apply (*action, mode);
 }
 
-void dbModel::FinishReplay () {
-  int unsettled = 0;
-  for (const bool open : _LastUnsettled) unsettled += open ? 1 : 0;
-  for (dbModel_Node* node = _MainThread.Back (); node && unsettled > 0; node = node->ChainBack) {
-    const database_RecordType type = node->DBRecord->GetType ();
-    if (!_LastUnsettled[type]) continue;
-    _TypeIndex[type].Last = node->DBRecord->RecordId;
-    _LastUnsettled[type] = false;
-    unsettled--;
-  }
-  _LastUnsettled.fill (false);
-}
-
 void dbModel::Retire (std::unique_ptr<dbRecord_Class> record) {
   if (!record) return;
   dbModel_Node& node = NewNode ();
@@ -167,7 +165,9 @@ void dbModel::Clear () {
   _Blocks.clear ();
   _Pool.Clear ();
   _TypeIndex.fill ({});
-  _LastUnsettled.fill (false);
+  _LastOnChain.fill (nullptr);
+  _Changes.fill (0);
+  _Order.Clear ();
   _RecordCount = 0;
   _NextDBID = {1};
 }

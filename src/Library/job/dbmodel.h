@@ -54,12 +54,15 @@ class dbModel_Action {
   std::unique_ptr<dbModel_Action> Next;
 };
 
-/// Actions in the order they were added, which count as a whole.
+/// Actions in the order in which they were added; they count as a whole.
 class dbTransaction {
  public:
   dbTransaction () = default;
   dbTransaction (const dbTransaction&) = delete;
   dbTransaction& operator= (const dbTransaction&) = delete;
+  /// Takes the actions of another transaction, which is empty afterwards.
+  dbTransaction (dbTransaction&& other) noexcept;
+  dbTransaction& operator= (dbTransaction&& other) noexcept;
   virtual ~dbTransaction ();
 
   /// Appends and takes ownership; null does nothing.
@@ -84,10 +87,10 @@ class dbTransaction {
   int _SpareCount = 0;
 };
 
-/// One place on the chain and the record that stands there.
+/// A node of the chain and its record.
 struct dbModel_Node {
   dbModel_Node* ChainForward = nullptr;  ///< towards the back
-  dbModel_Node* ChainBack = nullptr;     ///< towards the front; itself once it left the chain
+  dbModel_Node* ChainBack = nullptr;     ///< towards the front; the node itself after a delete
   std::unique_ptr<dbRecord_Class> DBRecord;
   /// Deleted: reachable by its DBID, without neighbours.
   bool IsOffChain () const noexcept { return ChainBack == this; }
@@ -114,11 +117,36 @@ class dbModel_Thread {
   dbModel_Node* _BackPointer = nullptr;
 };
 
-/// What the model does with an action's record, and whom it blames when an action does not fit.
+/// The order of the nodes on a chain: which of two comes first, in constant time. An insertion
+/// costs O(log n) on average, n being the number of nodes.
+class dbModel_Order {
+ public:
+  bool IsBuilt () const noexcept { return !_Tags.empty (); }
+  /// Makes room for the node of that DBID, which is not on the chain yet. The first call tags the
+  /// whole chain, which is linear in its length.
+  void Prepare (const dbModel_Thread& chain, DBID id);
+  /// Enters the node that was prepared and is on the chain now.
+  void Enter (const dbModel_Node& node) noexcept;
+  /// Both nodes are on the chain.
+  bool IsBefore (const dbModel_Node& a, const dbModel_Node& b) noexcept {
+    return TagOf (a) < TagOf (b);
+  }
+  void Clear () noexcept { _Tags.clear (); }
+
+ private:
+  uint64_t& TagOf (const dbModel_Node& node) noexcept {
+    return _Tags[node.DBRecord->RecordId.value];
+  }
+  void MakeRoom (const dbModel_Node& untagged) noexcept;
+
+  std::vector<uint64_t> _Tags;  // by DBID
+};
+
+/// What the model does with an action's record, and how it reports an action that does not fit.
 enum class ApplyMode {
   Copy,    ///< the action keeps its record; a bad action is asserted and logged
   Take,    ///< the record may move into the model; a bad action is asserted and logged
-  Replay,  ///< the record may move into the model; a bad action comes from a file and is logged
+  Replay,  ///< the record may move into the model; a bad action, from a file, is logged only
 };
 
 /// The records of a job. A record is changed only by Apply. Pointers to nodes and records stay
@@ -152,6 +180,9 @@ class dbModel {
   DBID PeekNextDBID () const noexcept { return _NextDBID; }
   void SetNextDBID (DBID id) noexcept { _NextDBID = id; }
   const TypeEntry& TypeIndex (database_RecordType type) const noexcept;
+  /// How often records of the type were inserted, replaced or deleted: changes of the chain other
+  /// than an add at the back.
+  uint32_t ChangeCount (database_RecordType type) const noexcept { return _Changes[type]; }
   /// How many records were added.
   int32_t RecordCount () const noexcept { return _RecordCount; }
   /// Blocks in the look-up table, those never made included.
@@ -165,8 +196,6 @@ class dbModel {
   bool Apply (dbModel_Action& action, ApplyMode mode = ApplyMode::Copy);
   /// Each action in order.
   void ApplyTransaction (dbTransaction& transaction, ApplyMode mode = ApplyMode::Copy);
-  /// Ends a replay: settles what was put off while it ran.
-  void FinishReplay ();
 
   /// Keeps a record that a reader may still hold until ReleaseRetired; null does nothing.
   void Retire (std::unique_ptr<dbRecord_Class> record);
@@ -196,7 +225,7 @@ class dbModel {
   bool Replace (dbModel_Action& action, ApplyMode mode);
   bool Insert (dbModel_Action& action, ApplyMode mode);
   bool Delete (dbModel_Action& action, ApplyMode mode);
-  bool InsertMovesLast (const dbModel_Node* from, database_RecordType type, ApplyMode mode);
+  dbModel_Node* LastOnChain (database_RecordType type);
   bool Enter (DBID id, dbModel_Node& node);
   dbModel_Node& NewNode ();
   void FreeRetired ();
@@ -208,7 +237,9 @@ class dbModel {
   int32_t _RetiredCount = 0;
   DBID _NextDBID{1};
   std::array<TypeEntry, DATABASE_AllRecords + 1> _TypeIndex{};
-  std::array<bool, DATABASE_AllRecords + 1> _LastUnsettled{};  // an insert of a replay was put off
+  std::array<dbModel_Node*, DATABASE_AllRecords + 1> _LastOnChain{};  // see LastOnChain
+  std::array<uint32_t, DATABASE_AllRecords + 1> _Changes{};
+  dbModel_Order _Order;  // of the chain, kept once a record was inserted
   int32_t _RecordCount = 0;
   std::vector<dbModel_Node**> _Blocks;  // of the pool, made only where used
   std::vector<Slab*> _Slabs;            // of the pool: all nodes, which never move

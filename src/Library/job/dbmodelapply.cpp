@@ -1,7 +1,7 @@
-// What an action does to the model.
+// The effect of an action on the model.
 // The record of an action decides first, its verb second: measurements and carriers change their
 // target, notes and records with features are changed in place, everything else is added, replaced,
-// inserted or deleted. Leans on dbmodel and the point records.
+// inserted or deleted.
 #include <utility>
 
 #include "Library/job/dbmodel.h"
@@ -9,10 +9,6 @@
 
 namespace clxml {
 namespace {
-
-// How far an insert of a replay looks for a record of its type behind it. A file of nothing but
-// inserts would otherwise cost its square; what is put off here is settled once, at the end.
-constexpr int insertLooksAhead = 256;
 
 constexpr const char* missingTarget = "Target record missing from Model.  Target ";
 constexpr const char* otherTarget = "Target record of another kind in Model.  Target ";
@@ -43,8 +39,8 @@ dbRecordWithFeatures_Class* WithFeatures (dbModel_Node* node) {
   }
 }
 
-// A measurement reaches its observation by an action of its own only: what a file holds of an
-// observation is without it, and so must the model's be.
+// A measurement reaches its observation only by an action of its own. The file stores the
+// observation without it, so the model must do the same.
 void DropMeasurement (dbRecord_Class& record) {
   if (db_Observation* observation = db_Observation::From (&record))
     observation->SetMeasurement (nullptr);
@@ -212,6 +208,7 @@ bool dbModel::ApplyGeneric (dbModel_Action& action, ApplyMode mode) {
 bool dbModel::Add (dbModel_Action& action, ApplyMode mode) {
   const DBID id = action.DBRecord->RecordId;
   if (id == NODBID || Lookup (id)) return Refuse (action, mode, "id > 0", otherVerb);
+  if (_Order.IsBuilt ()) _Order.Prepare (_MainThread, id);
   dbModel_Node& node = NewNode ();
   node.DBRecord = OwnRecord (action, mode);
   DropMeasurement (*node.DBRecord);
@@ -223,7 +220,8 @@ bool dbModel::Add (dbModel_Action& action, ApplyMode mode) {
   entry.Count++;
   if (entry.First == NODBID) entry.First = id;
   entry.Last = id;
-  _LastUnsettled[type] = false;
+  _LastOnChain[type] = nullptr;
+  if (_Order.IsBuilt ()) _Order.Enter (node);
   return true;
 }
 
@@ -233,10 +231,11 @@ bool dbModel::Replace (dbModel_Action& action, ApplyMode mode) {
   if (node->DBRecord->GetType () != action.DBRecord->GetType ())
     return Refuse (action, mode, "oldRecord->DBRecord->GetType() == record->GetType()",
                    otherTarget);
-  // The node keeps its place and gets the new record: whoever walks the chain stays on it.
+  // The node stays on the chain and gets the new record, so that a walk over the chain goes on.
   std::unique_ptr<dbRecord_Class> record = OwnRecord (action, mode);
   record->TimeStamp = node->DBRecord->TimeStamp;
   record->RecordId = action.Target;
+  _Changes[record->GetType ()]++;
   std::swap (node->DBRecord, record);
   Retire (std::move (record));
   return true;
@@ -248,39 +247,45 @@ bool dbModel::Insert (dbModel_Action& action, ApplyMode mode) {
   if (Lookup (id)) return Refuse (action, mode, "id > 0", otherVerb);
   dbModel_Node* target = Lookup (action.Target);
   if (!target || target->IsOffChain ()) return Refuse (action, mode, "target", missingTarget);
+  _Order.Prepare (_MainThread, id);
+  const database_RecordType type = action.DBRecord->GetType ();
+  TypeEntry& entry = _TypeIndex[type];
+  const dbModel_Node* last = LastOnChain (type);
+  const bool movesLast = !last || _Order.IsBefore (*last, *target);
   dbModel_Node& node = NewNode ();
   node.DBRecord = OwnRecord (action, mode);
   DropMeasurement (*node.DBRecord);
   _MainThread.InsertInFront (*target, node);
   Enter (id, node);
+  _Order.Enter (node);
   _RecordCount++;
-  const database_RecordType type = node.DBRecord->GetType ();
-  TypeEntry& entry = _TypeIndex[type];
+  _Changes[type]++;
   entry.Count++;
   if (entry.First == NODBID) entry.First = id;
-  if (entry.Last == NODBID || InsertMovesLast (target, type, mode)) {
+  if (movesLast) {
     entry.Last = id;
-    _LastUnsettled[type] = false;
+    _LastOnChain[type] = nullptr;
   }
   return true;
 }
 
-// True when no record of the type stands from there to the back.
-bool dbModel::InsertMovesLast (const dbModel_Node* from, database_RecordType type, ApplyMode mode) {
-  int steps = 0;
-  for (const dbModel_Node* node = from; node; node = node->ChainForward) {
-    if (node->DBRecord->GetType () == type) return false;
-    if (mode == ApplyMode::Replay && ++steps > insertLooksAhead) {
-      _LastUnsettled[type] = true;
-      return false;
-    }
-  }
-  return true;
+// The last node of the type on the chain, or null. If the last record of the type index was
+// deleted, the one before it is searched for from the back once, and kept until a record of the
+// type is added behind it.
+dbModel_Node* dbModel::LastOnChain (database_RecordType type) {
+  dbModel_Node* last = Lookup (_TypeIndex[type].Last);
+  if (!last || !last->IsOffChain ()) return last;
+  dbModel_Node*& kept = _LastOnChain[type];
+  if (kept && !kept->IsOffChain ()) return kept;
+  for (kept = _MainThread.Back (); kept; kept = kept->ChainBack)
+    if (kept->DBRecord->GetType () == type) break;
+  return kept;
 }
 
 bool dbModel::Delete (dbModel_Action& action, ApplyMode mode) {
   dbModel_Node* node = Lookup (action.Target);
   if (!node || node->IsOffChain ()) return Refuse (action, mode, "oldRecord", missingTarget);
+  _Changes[node->DBRecord->GetType ()]++;
   _MainThread.Unlink (*node);
   return true;
 }

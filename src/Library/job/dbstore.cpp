@@ -1,4 +1,4 @@
-// Storing and fetching whole records of a job. Leans on dbaccess.
+// Storing and fetching whole records of a job.
 #include "Library/job/dbstore.h"
 
 namespace clxml {
@@ -16,10 +16,11 @@ DBID Store (dbAccess& access, dbModel_Verb verb, DBID target, dbRecord_Class* re
   if (!Assert (record != nullptr, "record != NULL") ||
       !Assert (!record->IsMeasurement (), "!record->IsMeasurement ()") || !IsKnownType (*record))
     return NODBID;
-  const bool own = grouping == Grouping::Own && !access.IsSingleActionMode ();
-  if (own) access.BeginGroup ();
+  if (grouping == Grouping::Join || access.IsSingleActionMode ())
+    return access.AddAction (verb, target, *record);
+  dbGroup group (access);
   const DBID id = access.AddAction (verb, target, *record);
-  if (own) access.EndGroup ();
+  group.End ();
   return id;
 }
 

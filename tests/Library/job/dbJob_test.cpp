@@ -2,6 +2,11 @@
 // Leans on the job fixture.
 #include "Library/job/dbJob.h"
 
+#include <sys/stat.h>
+
+#include <new>
+
+#include "Library/job/dbstore.h"
 #include "Library/records/dbConventional.h"
 #include "Library/records/dbCoordSystems.h"
 #include "Library/records/dbGPS.h"
@@ -178,6 +183,119 @@ TEST_F (Database, DeletesAnEntityUpToItsEndButNoOther) {
   EXPECT_EQ (IdsOf (*job.Access ()), (std::vector<uint32_t>{1, 7}));
   job.DeleteEntity (NODBID);
   EXPECT_EQ (hearing.TakeAssertions (), Texts{"recordId != NODBID"});
+}
+
+TEST_F (Database, DeletesOnlyTheRecordWithoutAnEntity) {
+  Create ();
+  db_Note note = MakeNote ("stays");
+  db_Units units;
+  db_Coding coding;
+  job.AddRecord (note);    // 2
+  job.AddRecord (units);   // 3
+  job.AddRecord (coding);  // 4
+  for (const uint32_t id : {2u, 99u}) job.DeleteEntity ({id});
+  EXPECT_EQ (IdsOf (*job.Access ()), (std::vector<uint32_t>{1, 2, 3, 4}));
+  for (int i = 0; i < 2; i++) job.DeleteEntity ({3});
+  EXPECT_EQ (IdsOf (*job.Access ()), (std::vector<uint32_t>{1, 2, 4}));
+}
+
+TEST_F (Database, CommitCallbackMayChangeTheJob) {
+  Create ();
+  Texts calls;
+  int depth = 0;
+  job.SetOnCommit ([&] (JobDatabase& own, const dbTransaction& transaction) {
+    EXPECT_EQ (depth++, 0) << "callbacks are not nested";
+    EXPECT_FALSE (own.InGroup ());
+    const dbRecord_Class& record = *transaction.First ()->DBRecord;
+    calls.emplace_back (record.Note.Data ());
+    if (record.Note.Length () < 3) {
+      db_Note longer = MakeNote ((record.Note + "x").Data ());
+      EXPECT_NE (own.AddRecord (longer), NODBID);
+      EXPECT_NE (own.GetRecord (longer.RecordId), nullptr);
+    }
+    EXPECT_FALSE (own.Close ());
+    depth--;
+    if (record.Note == "x") throw 5;
+  });
+  db_Note note = MakeNote ("x");
+  EXPECT_THROW (job.AddRecord (note), int);
+  EXPECT_EQ (calls, (Texts{"x", "xx", "xxx"}));
+  EXPECT_EQ (hearing.TakeAssertions (), Texts (3, "!_Listener->IsCalling()"));
+  EXPECT_FALSE (job.InGroup ());
+  job.SetOnCommit ({});
+  job.AddRecord (note);
+  const std::vector<std::string> live = ChainOf (*job.Access ());
+  EXPECT_EQ (live.size (), 5u);
+  EXPECT_TRUE (job.Close ());
+  EXPECT_EQ (Open ("a.job").chain, live);
+}
+
+TEST_F (Database, CreateAndOpenEndTheSharingOfAnotherJob) {
+  JobDatabase closed, copy;
+  copy.AttachCopy (closed);
+  ASSERT_TRUE (copy.Create (folder.Device ("c.job"), "Copy"));
+  EXPECT_FALSE (copy.Refers (closed));
+  EXPECT_TRUE (copy.Close ());
+  EXPECT_EQ (Open ("c.job").ids, (std::vector<uint32_t>{1}));
+  copy.AttachCopy (closed);
+  ASSERT_TRUE (copy.Open (folder.Device ("c.job"), true));
+  db_Note note = MakeNote ("n");
+  copy.AddRecord (note);
+  EXPECT_TRUE (copy.Close ());
+  EXPECT_EQ (Open ("c.job").ids, (std::vector<uint32_t>{1, 2}));
+}
+
+TEST_F (Database, FailedCreateLeavesNoFile) {
+  struct Threads final : Environment {
+    uint32_t GetCurrentThread () override { return 100; }
+  } threads;
+  Environment* before = Environment::Install (&threads);
+  const mode_t mask = umask (0222);  // the new file is read-only
+  EXPECT_FALSE (job.Create (folder.Device ("a.job"), "Job"));
+  EXPECT_FALSE (job.IsOpen ());
+  Environment::Install (before);
+  EXPECT_FALSE (Exists ("a.job"));
+  job.SetIndexMaker ([] () -> std::unique_ptr<JobIndex> { throw std::bad_alloc (); });
+  EXPECT_THROW (job.Create (folder.Device ("a.job"), "Job"), std::bad_alloc);
+  umask (mask);
+  EXPECT_FALSE (job.IsOpen ());
+  EXPECT_FALSE (Exists ("a.job"));
+}
+
+TEST_F (Database, TakesTheHeaderFromTheFirstDBID) {
+  Create ();
+  db_EndEntity front;
+  job.BeginGroup ();
+  EXPECT_EQ (InsertInJob (*job.Access (), {1}, &front), DBID{2});
+  job.EndGroup ();
+  EXPECT_TRUE (job.Close ());
+  EXPECT_TRUE (job.JobHeader ().JobName.IsEmpty ());
+  ASSERT_TRUE (job.Open (folder.Device ("a.job"), false));
+  EXPECT_EQ (job.JobHeader ().JobName, "Quarry");
+  job.Close ();
+  job.JobHeader ().Note = "old";
+  EXPECT_FALSE (job.Open (folder.Device ("none.job"), false));
+  EXPECT_TRUE (job.JobHeader ().Note.IsEmpty ());
+  hearing.fileErrors.clear ();
+}
+
+TEST_F (Database, KeepsPendingNotesThatNoRecordTook) {
+  Create ();
+  StrArray lines;
+  lines.Add (std::string (JOURNAL_MaxFrame, 'n').c_str ());
+  job.AddPendingNotes (lines);
+  db_Observation point = MakePoint ("P");
+  point.Note = "own";
+  EXPECT_EQ (job.AddObservation (point), NODBID);
+  EXPECT_EQ (hearing.TakeAssertions (), Texts{"length <= JOURNAL_MaxFrame"});
+  EXPECT_EQ (job.PendingNotes ().Count (), 1);
+  EXPECT_EQ (point.Note, "own");
+  job.CancelGroup ();
+  job.Access ()->SetSingleActionMode ();
+  EXPECT_THROW (job.AddObservation (point), Str);
+  EXPECT_FALSE (job.InGroup ());
+  EXPECT_EQ (job.PendingNotes ().Count (), 1);
+  EXPECT_FALSE (job.Close ()) << "they fit in no note either";
 }
 
 TEST_F (Database, KeepsToOneLevelOfGroups) {

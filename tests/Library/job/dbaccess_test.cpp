@@ -149,6 +149,41 @@ struct Threads final : Environment {
   Texts assertions;
 };
 
+TEST_F (Access, LeavesTheGroupWhenItsListenerThrows) {
+  struct Throwing final : dbListener {
+    void OnCommit (const dbTransaction&) override { Change (); }
+    void OnCancel (const dbTransaction&) override { Change (); }
+    void Change () {
+      access->BeginGroup ();
+      access->AddAction (DBACTION_Add, NODBID, MakeNote ("refused"));
+      access->EndGroup ();
+      throw 1;
+    }
+    dbAccess* access = nullptr;
+  };
+  Create ();
+  Throwing listener;
+  listener.access = &access;
+  access.SetListener (&listener);
+  EXPECT_THROW (Group ([&] { Add (MakeNote ("kept")); }), int);
+  EXPECT_FALSE (access.InGroup ());
+  EXPECT_THROW (
+      {
+        access.BeginGroup ();
+        Add (MakeNote ("cancelled"));
+        access.CancelGroup ();
+      },
+      int);
+  EXPECT_FALSE (access.InGroup ());
+  EXPECT_EQ (hearing.TakeAssertions (), Texts (6, "!_IsListenerCalled"));
+  access.SetListener (nullptr);
+  Group ([&] { Add (MakeNote ("later")); });
+  const std::vector<std::string> live = ChainOf (access);
+  EXPECT_EQ (live.size (), 3u);
+  EXPECT_TRUE (access.Close ());
+  EXPECT_EQ (Open ("a.job").chain, live);
+}
+
 TEST_F (Access, BelongsToTheThreadThatOpenedTheGroup) {
   Create ();
   Threads threads;

@@ -367,6 +367,18 @@ TEST_F (Journal, HonoursNumbersThatLeapAndLogsThem) {
   EXPECT_EQ (job.log, (Texts{"DBID discontinuity.  Expected  0x2", "-- Actual DBID read  0x3"}));
 }
 
+TEST_F (Journal, AcceptsNumbersOutOfOrderAndLogsThem) {
+  Bytes bytes = Job ({FrameOf (DBACTION_Add, 0, MakeNote ("c"), 3),
+                      FrameOf (DBACTION_Add, 0, MakeNote ("b"), 2),
+                      FrameOf (DBACTION_Add, 0, MakeNote ("d"), 4)});
+  const Reopened job = Open (bytes);
+  EXPECT_EQ (job.status, JOBOPEN_Ok);
+  EXPECT_EQ (job.ids, (std::vector<uint32_t>{1, 3, 2, 4}));
+  EXPECT_EQ (job.next, 5u);
+  EXPECT_EQ (job.log, (Texts{"DBID discontinuity.  Expected  0x2", "-- Actual DBID read  0x3",
+                             "DBID discontinuity.  Expected  0x4", "-- Actual DBID read  0x2"}));
+}
+
 TEST_F (Journal, ReadsFramesAcrossTheWindowsOfLargeFiles) {
   Bytes bytes = Job ({});
   const std::string text (9001, 'n');

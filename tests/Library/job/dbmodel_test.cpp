@@ -2,7 +2,10 @@
 // Leans on the job fixture.
 #include "Library/job/dbmodel.h"
 
+#include <random>
+
 #include "Library/records/dbGPS.h"
+#include "Library/records/dbSettings.h"
 #include "jobfixture.h"
 
 namespace clxml::testing {
@@ -94,16 +97,47 @@ TEST_F (Model, InsertsInFrontAndKeepsTheTypeIndexInChainOrder) {
   EXPECT_EQ (model.RecordCount (), 6);
 }
 
-TEST_F (Model, SettlesTheInsertsOfALongReplayAtItsEnd) {
-  Add (MakePoint ("first"));
-  Add (MakeNote ("target"));
-  for (int i = 0; i < 1000; i++) Add (MakeNote ("n"));
-  const DBID near = Do (DBACTION_Insert, {2}, MakePoint ("behind"), ApplyMode::Replay);
-  model.FinishReplay ();
-  EXPECT_EQ (model.TypeIndex (DATABASE_ObservationRecord).Last, near);
-  Do (DBACTION_Insert, {1}, MakePoint ("in front"), ApplyMode::Replay);
-  model.FinishReplay ();
-  EXPECT_EQ (model.TypeIndex (DATABASE_ObservationRecord).Last, near);
+// The last record of each type, against a walk over the whole chain. Most records go to the same
+// place, so that the order of the chain must be tagged anew.
+TEST_F (Model, KeepsLastOfTypeThroughInsertsAndDeletes) {
+  const uint32_t seed = 20250611;
+  std::mt19937 random (seed);
+  const auto any = [&] () -> std::unique_ptr<dbRecord_Class> {
+    switch (random () % 3) {
+      case 0:
+        return std::make_unique<db_EndEntity> ();
+      case 1:
+        return std::make_unique<db_PointKeyin> ();
+      default:
+        return std::make_unique<db_Units> ();
+    }
+  };
+  for (int i = 0; i < 20; i++) Add (*any ());
+  DBID target{10};
+  for (int round = 0; round < 3000; round++) {
+    SCOPED_TRACE (round);
+    const std::unique_ptr<dbRecord_Class> record = any ();
+    const DBID next = model.PeekNextDBID ();
+    if (random () % 50 == 0) target = {random () % (next.value - 1) + 1};
+    if (random () % 8 == 0) {
+      Add (*record);
+    } else if (random () % 8 == 0) {
+      const DBID id{random () % (next.value - 1) + 1};
+      if (!model.Lookup (id)->IsOffChain ()) Do (DBACTION_Delete, id, *record);
+    } else if (!model.Lookup (target)->IsOffChain ()) {
+      bool isLater = false;
+      const database_RecordType type = record->GetType ();
+      for (const dbModel_Node* node = model.Lookup (target); node; node = node->ChainForward)
+        isLater = isLater || node->DBRecord->GetType () == type;
+      const DBID before = model.TypeIndex (type).Last;
+      const DBID id = Do (DBACTION_Insert, target, *record,
+                          random () % 2 == 0 ? ApplyMode::Replay : ApplyMode::Copy);
+      ASSERT_EQ (model.TypeIndex (type).Last, isLater ? before : id);
+      // In front of the target, of the new record, or before all others.
+      if (random () % 2 == 0) target = id;
+      if (random () % 100 == 0) target = model.MainThread ().Front ()->DBRecord->RecordId;
+    }
+  }
 }
 
 TEST_F (Model, ReplacesKeepingPlaceTimeAndId) {
