@@ -118,11 +118,11 @@ TEST_F (Model, KeepsLastOfTypeThroughInsertsAndDeletes) {
     SCOPED_TRACE (round);
     const std::unique_ptr<dbRecord_Class> record = any ();
     const DBID next = model.PeekNextDBID ();
-    if (random () % 50 == 0) target = {random () % (next.value - 1) + 1};
+    if (random () % 50 == 0) target = {static_cast<uint32_t> (random () % (next.value - 1) + 1)};
     if (random () % 8 == 0) {
       Add (*record);
     } else if (random () % 8 == 0) {
-      const DBID id{random () % (next.value - 1) + 1};
+      const DBID id{static_cast<uint32_t> (random () % (next.value - 1) + 1)};
       if (!model.Lookup (id)->IsOffChain ()) Do (DBACTION_Delete, id, *record);
     } else if (!model.Lookup (target)->IsOffChain ()) {
       bool isLater = false;
