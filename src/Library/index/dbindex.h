@@ -123,6 +123,7 @@ class dbIndex {
 
  protected:
   friend class JobFile;  // links other indexes
+  friend class NameMap;  // whose subscripts are those of objects
 
   struct RecordPlace {
     DBID Id;

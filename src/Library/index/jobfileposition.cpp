@@ -19,7 +19,8 @@ bool JobFile::Find (const Str& name, int searchKind, bool useProjectHeight, posi
   if (!Assert (searchKind == 0 || searchKind == 1, "searchKind == 0 || searchKind == 1") ||
       name.IsEmpty ())
     return false;
-  if (ResolutionChainNames ().Count () == 0)
+  // A question's own look-ups have at most the name they ask for in the chain.
+  if (ResolutionChainNames ().Count () <= 1)
     _LookUpsInChain = 0;
   else if (++_LookUpsInChain > maximumLookUps)
     return false;

@@ -45,7 +45,7 @@ class NameMap {
   static uint32_t SlotOf (uint32_t hash, int32_t subscript) noexcept;
 
   dbObject* At (int32_t subscript) const noexcept {
-    return subscript < 0 ? nullptr : _Index.GetObject (subscript);
+    return subscript < 0 ? nullptr : _Index.At (subscript);
   }
   std::size_t Mask () const noexcept { return _Slots.size () - 1; }
   std::size_t Place (uint32_t hash) const noexcept;

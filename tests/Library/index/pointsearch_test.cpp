@@ -267,6 +267,19 @@ TEST_F (PointSearch, FindsTheKeyedAzimuthAndTheBacksight) {
   EXPECT_EQ (found.Original, COORD_CircleType);
 }
 
+TEST_F (PointSearch, LooksUpAnyNumberOfBases) {
+  Create ();
+  AddPoint ("Base");
+  db_Observation shot = MakePoint ("Shot");
+  shot.Method = DBENTITY_BrngDistPoint;
+  const auto polar = Observed<db_Polar> ();
+  polar->SourcePoint = "Base";
+  AddPoint (shot, polar.get ());
+  position found;
+  for (int i = 0; i < 10000; i++)
+    ASSERT_TRUE (position_Resolve (*index, "Shot", 1, true, found)) << "look-up " << i;
+}
+
 TEST_F (PointSearch, SearchesLinkedFiles) {
   Create ();
   const DBID own = AddPoint ("P", DBENTITY_Coordinates, Class::Check);
