@@ -88,6 +88,7 @@ int Run (int argc, char** argv) {
   AddRoad (app, session);
   AddPoints (app, session);
   AddCodes (app, session);
+  AddExplain (app, session);
 
   try {
     app.parse (argc, argv);

@@ -116,5 +116,6 @@ void AddTransform (CLI::App& app, Session& session);
 void AddRoad (CLI::App& app, Session& session);
 void AddPoints (CLI::App& app, Session& session);
 void AddCodes (CLI::App& app, Session& session);
+void AddExplain (CLI::App& app, Session& session);
 
 }  // namespace clxml::tool

@@ -1,8 +1,10 @@
 // The rows that clxml points prints: computing one, its words, and its JSON line.
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <string_view>
 
+#include "Kernel/clock.h"
 #include "Library/position/azimuth.h"
 #include "Library/position/position.h"
 #include "Library/position/trace.h"
@@ -201,6 +203,18 @@ std::string MethodInWords (const db_Observation& point) {
   }
   if (words.starts_with ("gps ")) words.replace (0, 3, "GPS");
   return words;
+}
+
+std::string TimeText (double time) {
+  if (maths_IsNull (time)) return "";
+  int16_t year = 0, month = 0, day = 0;
+  double ofDay = 0.0;
+  clock_ToDate (time, &year, &month, &day, &ofDay);
+  const int seconds = std::clamp (static_cast<int> (ofDay), 0, 86399);
+  char text[40];
+  std::snprintf (text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", year, month, day,
+                 seconds / 3600, seconds / 60 % 60, seconds % 60);
+  return text;
 }
 
 void AppendObjectJson (std::string& out, IndexedJob& job, dbObject& object,

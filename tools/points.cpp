@@ -14,7 +14,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Kernel/clock.h"
 #include "Library/records/dbPoints.h"
 #include "common.h"
 #include "hostfile.h"
@@ -83,19 +82,6 @@ void AppendFixed (std::string& out, double value, int decimals) {
   if (shown.starts_with ('-') && shown.find_first_not_of ("-0.") == std::string_view::npos)
     shown.remove_prefix (1);
   out += shown;
-}
-
-// Local time of a record as ISO 8601; empty for a null time.
-std::string TimeText (double time) {
-  if (maths_IsNull (time)) return "";
-  int16_t year = 0, month = 0, day = 0;
-  double ofDay = 0.0;
-  clock_ToDate (time, &year, &month, &day, &ofDay);
-  const int seconds = std::clamp (static_cast<int> (ofDay), 0, 86399);
-  char text[40];
-  std::snprintf (text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", year, month, day,
-                 seconds / 3600, seconds / 60 % 60, seconds % 60);
-  return text;
 }
 
 // The columns of the CSV.

@@ -47,6 +47,9 @@ std::string MethodName (const db_Observation& point);
 /// The method in words for people: "direct reading".
 std::string MethodInWords (const db_Observation& point);
 
+/// A record's time on the local clock as ISO 8601; empty for a null time.
+std::string TimeText (double time);
+
 /// Appends one object of the index as a JSON line: see `clxml points --help`.
 void AppendObjectJson (std::string& out, IndexedJob& job, dbObject& object,
                        const PointRequest& request);
