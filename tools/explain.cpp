@@ -49,14 +49,18 @@ std::string WhyNot (ObservationObject& other, ObservationObject& best) {
     };
     if (search_Stronger (counted (a), counted (b)))
       return "the best one has the stronger measurement";
+    const bool isOrdinary = b.Classification == db_PointClassification::Normal ||
+                            b.Classification == db_PointClassification::BackSight;
+    if (a.Classification == db_PointClassification::MTA && search_IsConventional (b.Method) &&
+        isOrdinary && b.UniqueId.GetSubscript () < a.UniqueId.GetSubscript ())
+      return "a mean turned angle gives way only to an observation from another station setup";
   }
   const bool covers = a.Classification.Covers (b.Classification);
   const bool isCovered = b.Classification.Covers (a.Classification);
-  if (covers && !isCovered)
+  if (isCovered != covers)
     return std::string ("the class ") + a.Classification.ToText () + " counts more than " +
            (*b.Classification.ToText () ? b.Classification.ToText () : "None");
-  if (covers && isCovered) return "of the same class, the older record counts";
-  return "a mean turned angle gives way only to an observation from another station setup";
+  return "of classes of one level, the older record counts";
 }
 
 // A list of labelled numbers, shown as text or as JSON.

@@ -60,3 +60,18 @@ setup () {
   says 0
   is "$(jq -s 'all (.[]; .type == "Feature")' out.txt)" true
 }
+
+@test "explain shows every record of a name and the reduction of the best" {
+  clxml explain lot.job HSE2 --json
+  says 0
+  is "$(jq '[.records[] | select (.best)] | length' out.txt)" 1
+  is "$(jq '.explained == (.records[] | select (.best) | .id)' out.txt)" true
+  is "$(jq '(.grid.north * 10000 | round) / 10000' out.txt)" 709335.7402
+  is "$(jq -r '.steps[] | select (.step == "orientation") | .values["azimuth is"]' out.txt | wc -l)" 1
+  clxml explain lot.job HSE1
+  says 0
+  holds "$out" "no coordinates: "
+  clxml explain lot.job hse2
+  says 65
+  holds "$err" "did you mean HSE2"
+}
