@@ -3,7 +3,7 @@
 load helpers
 
 @test "help stands on every level, with an example" {
-  for command in "" import info dump repair transform road codes; do
+  for command in "" import info dump repair transform road codes points explain; do
     clxml $command --help
     says 0
     is "$err" ""
