@@ -147,7 +147,8 @@ PointRow RowOf (IndexedJob& job, ObservationObject& object, const PointRequest& 
     row.grid = where.GetGrid (transform);
   } else {
     row.grid = object.GetFinalGrid ();
-    if (request.needsGeodetic || row.grid.IsNull ()) position_LoadFromObject (where, object);
+    if (request.needsGeodetic || (row.grid.IsNull () && request.needsReason))
+      position_LoadFromObject (where, object);
   }
   if (request.needsGeodetic) {
     row.wgs84 = where.GetWGS84 (transform);
@@ -160,7 +161,7 @@ PointRow RowOf (IndexedJob& job, ObservationObject& object, const PointRequest& 
     if (row.hasAntenna) row.antenna = where.GetAntennaHeight ();
     if (row.hasReference) row.referenceAntenna = where.ReferenceAntenna;
   }
-  if (row.grid.IsNull ()) row.reason = ReasonOf (object, where, transform);
+  if (row.grid.IsNull () && request.needsReason) row.reason = ReasonOf (object, where, transform);
   return row;
 }
 

@@ -199,6 +199,7 @@ class Points {
     if (_Delimiter == _Decimal)
       throw Refusal{STATUS_Usage, "--delimiter and --decimal are the same character"};
     _Request.useProjectHeight = options.projectHeight;
+    _Request.needsReason = !options.csv && !options.geojson;
     _Request.needsGeodetic =
         options.json || options.geojson ||
         (options.csv && std::any_of (_Columns.begin (), _Columns.end (),

@@ -13,6 +13,7 @@ namespace clxml::tool {
 /// What is computed for the rows.
 struct PointRequest {
   bool needsGeodetic = true;      ///< WGS84, local and polar forms and what goes with them
+  bool needsReason = true;        ///< the reason of a missing grid, which costs a second reduction
   bool useProjectHeight = false;  ///< missing heights of bases are the project height
 };
 
